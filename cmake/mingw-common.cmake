@@ -1,0 +1,16 @@
+# Shared part of the two MinGW toolchain files; TAVIREL_MINGW_PREFIX names the target.
+set(CMAKE_C_COMPILER ${TAVIREL_MINGW_PREFIX}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${TAVIREL_MINGW_PREFIX}-g++-posix)
+set(CMAKE_RC_COMPILER ${TAVIREL_MINGW_PREFIX}-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${TAVIREL_MINGW_PREFIX})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+# Only 64-bit Wine is available here, so only the 64-bit build runs its tests.
+if(TAVIREL_MINGW_PREFIX STREQUAL "x86_64-w64-mingw32")
+  if(EXISTS /usr/lib/wine/wine64)
+    set(CMAKE_CROSSCOMPILING_EMULATOR /usr/lib/wine/wine64)
+  else()
+    set(CMAKE_CROSSCOMPILING_EMULATOR wine)
+  endif()
+endif()
