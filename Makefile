@@ -1,0 +1,18 @@
+# The two commands that matter: `make run` plays the game, `make test` runs every test.
+# Both install what they need (Debian packages) on first use.
+.PHONY: test run bench deps clean
+
+test:
+	@bash scripts/test.sh
+
+run:
+	@echo "The playable game is not ready yet; 'make test' builds Tavirel.exe into build/win32 and build/win64."
+
+bench:
+	@bash scripts/bench.sh
+
+deps:
+	@bash scripts/install-deps.sh
+
+clean:
+	rm -rf build

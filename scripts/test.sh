@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# The whole test run: install what is missing, build the three configurations, run the native tests
+# and the Windows tests under Wine, and end with one line "N passed, M failed".
+set -uo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+bash scripts/install-deps.sh || { echo "0 passed, 1 failed"; exit 1; }
+
+jobs=$(nproc 2>/dev/null || echo 2)
+logs=build/logs
+mkdir -p "$logs"
+passed=0
+failed=0
+
+configure_and_build() {  # name, cmake arguments...
+    local name=$1
+    shift
+    echo "== building $name"
+    if cmake -S . -B "build/$name" -G Ninja "$@" >"$logs/$name-configure.log" 2>&1 &&
+        cmake --build "build/$name" -j "$jobs" >"$logs/$name-build.log" 2>&1; then
+        return 0
+    fi
+    tail -n 40 "$logs/$name-configure.log" "$logs/$name-build.log" 2>/dev/null
+    echo "build of $name FAILED"
+    failed=$((failed + 1))
+    return 1
+}
+
+# Adds one ctest run's totals from its summary line ("97% tests passed, 1 tests failed out of 40").
+count_ctest() {  # log file
+    local line total bad
+    line=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$1" | tail -n 1)
+    if [ -z "$line" ]; then
+        echo "no test summary in $1"
+        failed=$((failed + 1))
+        return
+    fi
+    total=$(sed -E 's/.* out of ([0-9]+).*/\1/' <<<"$line")
+    bad=$(sed -E 's/.* ([0-9]+) tests failed.*/\1/' <<<"$line")
+    passed=$((passed + total - bad))
+    failed=$((failed + bad))
+}
+
+if configure_and_build native -DCMAKE_BUILD_TYPE=Debug -DTAVIREL_SANITIZE=ON -DTAVIREL_BENCH=ON; then
+    echo "== native tests"
+    (cd build/native && ctest -j "$jobs" --output-on-failure --timeout 300) >"$logs/native-tests.log" 2>&1
+    grep -E '(Failed|\*\*\*|tests passed)' "$logs/native-tests.log" | tail -n 20
+    count_ctest "$logs/native-tests.log"
+fi
+
+configure_and_build win32 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake -DCMAKE_BUILD_TYPE=Release \
+    -DTAVIREL_TESTS=OFF
+
+if configure_and_build win64 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake -DCMAKE_BUILD_TYPE=Release; then
+    echo "== Windows tests under Wine"
+    bash scripts/with-wine.sh bash -c "cd build/win64 && ctest -j $jobs --output-on-failure --timeout 300" \
+        >"$logs/wine-tests.log" 2>&1
+    grep -E '(Failed|\*\*\*|tests passed)' "$logs/wine-tests.log" | tail -n 20
+    count_ctest "$logs/wine-tests.log"
+fi
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]
