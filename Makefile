@@ -1,12 +1,15 @@
 # The two commands that matter: `make run` plays the game, `make test` runs every test.
 # Both install what they need (Debian packages) on first use.
-.PHONY: test run bench deps clean
+.PHONY: test run bench assets deps clean
 
 test:
 	@bash scripts/test.sh
 
 run:
 	@echo "The playable game is not ready yet; 'make test' builds Tavirel.exe into build/win32 and build/win64."
+
+assets:
+	@bash scripts/assets.sh
 
 bench:
 	@bash scripts/bench.sh
