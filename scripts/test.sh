@@ -12,12 +12,13 @@ mkdir -p "$logs"
 passed=0
 failed=0
 
-configure_and_build() {  # name, cmake arguments...
-    local name=$1
+configure_and_build() {  # name, cmake arguments... (TARGETS="a b" limits what is built)
+    local name=$1 targets=()
     shift
+    for t in ${TARGETS:-}; do targets+=(--target "$t"); done
     echo "== building $name"
     if cmake -S . -B "build/$name" -G Ninja "$@" >"$logs/$name-configure.log" 2>&1 &&
-        cmake --build "build/$name" -j "$jobs" >"$logs/$name-build.log" 2>&1; then
+        cmake --build "build/$name" -j "$jobs" "${targets[@]}" >"$logs/$name-build.log" 2>&1; then
         return 0
     fi
     tail -n 40 "$logs/$name-configure.log" "$logs/$name-build.log" 2>/dev/null
@@ -46,6 +47,14 @@ if configure_and_build native -DCMAKE_BUILD_TYPE=Debug -DTAVIREL_SANITIZE=ON -DT
     (cd build/native && ctest -j "$jobs" --output-on-failure --timeout 300) >"$logs/native-tests.log" 2>&1
     grep -E '(Failed|\*\*\*|tests passed)' "$logs/native-tests.log" | tail -n 20
     count_ctest "$logs/native-tests.log"
+fi
+
+if CC=clang CXX=clang++ TARGETS="pack_fuzz bmp_fuzz" configure_and_build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAVIREL_FUZZ=ON \
+    -DTAVIREL_TESTS=OFF; then
+    echo "== fuzzing the file readers"
+    (cd build/fuzz && ctest -j "$jobs" --output-on-failure --timeout 600) >"$logs/fuzz-tests.log" 2>&1
+    grep -E '(Failed|\*\*\*|tests passed)' "$logs/fuzz-tests.log" | tail -n 5
+    count_ctest "$logs/fuzz-tests.log"
 fi
 
 configure_and_build win32 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake -DCMAKE_BUILD_TYPE=Release \
