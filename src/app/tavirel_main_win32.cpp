@@ -1,7 +1,7 @@
-// Entry point of Tavirel.exe. For now it opens the main background window and runs the message loop.
+// Entry point of Tavirel.exe. For now it opens an empty background window and runs the message loop.
 #include <windows.h>
 
-static const char kMainClass[] = "CWNDBACK";
+static const char kMainClass[] = "TavirelPlaceholder";
 
 static LRESULT CALLBACK Back_WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {

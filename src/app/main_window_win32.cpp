@@ -1,0 +1,118 @@
+// The main background window.
+#include "app/main_window_win32.h"
+
+#include "app/app_win32.h"
+#include "app/title_window_win32.h"
+#include "controls/control_messages.h"
+#include "gfx/dib.h"
+#include "gfx/image_object_win32.h"
+#include "puzzle/model.h"
+#include "setup/piece_box_win32.h"
+
+HWND g_sideButtons[kSideButtonCount];
+HWND g_infoButton;
+int32_t g_tableBackground;
+
+static ImageObject* g_sideButtonImages;  // six, made on creation
+static ImageObject g_infoImage;
+static ImageObject g_tableCloth;
+
+POINT SideButtonPosition(int i) {
+    POINT at = {g_screenWidth - 25, g_screenHeight / 2 - 112 + 46 * i};
+    return at;
+}
+
+static LRESULT Main_OnCreate(HWND window) {
+    HINSTANCE instance = GetModuleHandleA(nullptr);
+    g_mainWindow = window;
+    g_tableBackground = 0;
+    ImageObject_Init(&g_tableCloth, false);
+    ImageObject_LoadFromPack(&g_tableCloth, ART_TABLE_CLOTH + uint32_t(g_tableBackground));
+
+    CreateTitleWindow(window);
+
+    g_sideButtonImages = new ImageObject[kSideButtonCount];
+    for (int i = 0; i < kSideButtonCount; ++i) {
+        ImageObject_Init(&g_sideButtonImages[i], false);
+        ImageObject_LoadFromPack(&g_sideButtonImages[i], ART_SIDE_BUTTON + uint32_t(i));
+        POINT at = SideButtonPosition(i);
+        g_sideButtons[i] = CreateWindowExA(0, "CQMBOXSCOMMAND", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, at.x,
+                                           at.y, 50, 50, window,
+                                           reinterpret_cast<HMENU>(INT_PTR(kFirstSideButtonId + i)), instance, nullptr);
+        SendMessageA(g_sideButtons[i], PM_SETIMAGE, 0, reinterpret_cast<LPARAM>(ImageObject_Dib(&g_sideButtonImages[i])));
+    }
+    CreatePieceBoxes(window);
+
+    ImageObject_Init(&g_infoImage, false);
+    ImageObject_LoadFromPack(&g_infoImage, ART_INFO_BUTTON);
+    int32_t infoWidth = 0, infoHeight = 0;
+    ImageObject_GetSize(&g_infoImage, &infoWidth, &infoHeight);
+    g_infoButton = CreateWindowExA(0, "CQMCOMMAND", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
+                                   g_screenWidth - infoWidth, 80, 50, 50, window, nullptr, instance, nullptr);
+    SendMessageA(g_infoButton, PM_SETIMAGE, 0, reinterpret_cast<LPARAM>(ImageObject_Dib(&g_infoImage)));
+    return 0;
+}
+
+static void Main_OnDestroy() {
+    ImageObject_Destroy(&g_infoImage);
+    if (g_sideButtonImages) {
+        for (int i = 0; i < kSideButtonCount; ++i) ImageObject_Destroy(&g_sideButtonImages[i]);
+        delete[] g_sideButtonImages;
+        g_sideButtonImages = nullptr;
+    }
+    ImageObject_Destroy(&g_tableCloth);
+    g_mainWindow = nullptr;
+    PostQuitMessage(0);
+}
+
+// A minimised game costs no time: the play clock does not count while the window is minimised.
+static void Main_OnSize(WPARAM kind) {
+    if (kind == SIZE_MINIMIZED)
+        g_puzzle.paused = 1;
+    else if (kind == SIZE_MAXIMIZED)
+        g_puzzle.paused = 0;
+}
+
+static void Main_OnNotify(WPARAM event, HWND from) {
+    if (event != NOTIFY_CLICKED || !from) return;
+    if (from == g_infoButton) return;  // the information screen is not part of the game yet
+    int id = GetDlgCtrlID(from);
+    if (id >= kFirstSideButtonId && id < kFirstSideButtonId + kSideButtonCount) TogglePieceBox(id - kFirstSideButtonId);
+}
+
+static LRESULT CALLBACK Main_WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CREATE: return Main_OnCreate(window);
+    case WM_DESTROY: Main_OnDestroy(); return 0;
+    case WM_SIZE: Main_OnSize(wParam); return 0;
+    case WM_PAINT: {
+        PAINTSTRUCT paint;
+        BeginPaint(window, &paint);
+        EndPaint(window, &paint);
+        return 0;
+    }
+    case WM_QUERYNEWPALETTE: InvalidateRect(window, nullptr, FALSE); return 0;
+    case WM_PALETTECHANGED:
+        if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
+        return 0;
+    case PM_NOTIFY: Main_OnNotify(wParam, reinterpret_cast<HWND>(lParam)); return 0;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+void RegisterMainWindowClass(HINSTANCE instance) {
+    WNDCLASSA windowClass = {};
+    windowClass.style = CS_OWNDC;
+    windowClass.lpfnWndProc = Main_WindowProc;
+    windowClass.hInstance = instance;
+    windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+    windowClass.lpszClassName = kMainWindowClass;
+    RegisterClassA(&windowClass);
+}
+
+HWND CreateMainWindow() {
+    return CreateWindowExA(0, kMainWindowClass, "Tavirel",
+                           WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN | WS_MAXIMIZE | WS_DLGFRAME, 0, 0, 100, 100,
+                           nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+}

@@ -1,0 +1,24 @@
+// CWNDBACK: the background window that covers the screen, parent of every screen, with the six side
+// buttons half off the right edge and the info button.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+constexpr const char kMainWindowClass[] = "CWNDBACK";
+constexpr int kSideButtonCount = 6;
+constexpr int kFirstSideButtonId = 100;
+
+enum MainArt { ART_SIDE_BUTTON = 200, ART_INFO_BUTTON = 244, ART_TABLE_CLOTH = 6000 };
+
+extern HWND g_sideButtons[kSideButtonCount];
+extern HWND g_infoButton;
+extern int32_t g_tableBackground;  // 0..9: the cloth is pack id 6000 + this
+
+// Where side button i stands: half of it off the right edge.
+POINT SideButtonPosition(int i);
+
+void RegisterMainWindowClass(HINSTANCE instance);
+// Creates the maximised main window (called when the opening clip has ended) and records it.
+HWND CreateMainWindow();

@@ -1,0 +1,141 @@
+// The title bar window with the play clock and its four buttons.
+#include "app/title_window_win32.h"
+
+#include <cstring>
+
+#include "app/app_win32.h"
+#include "app/clock_text.h"
+#include "app/launchers_win32.h"
+#include "app/theme.h"
+#include "controls/control_messages.h"
+#include "gfx/dib.h"
+#include "gfx/image_object_win32.h"
+
+void (*g_openNewPuzzleScreen)() = nullptr;
+
+enum TitleButton { BUTTON_MINIMISE, BUTTON_EXIT, BUTTON_ABOUT, BUTTON_NEW_PUZZLE, kTitleButtonCount };
+
+// The title bar lives for the whole run, so its state is plain globals.
+static HWND g_titleWindow;
+static ImageObject g_tile;
+static ImageObject g_buttonImages[kTitleButtonCount];
+static HWND g_buttons[kTitleButtonCount];
+static HFONT g_clockFont;
+static int32_t g_clockX;
+static char g_clockText[24] = "00:00:00";
+
+int32_t TitleClockX(int32_t screenWidth) { return 2 * ((screenWidth - 703) / 3) + 506; }
+int32_t TitleAboutX(int32_t screenWidth) { return (screenWidth - 703) / 3 + 316; }
+
+const char* TitleClockText() { return g_clockText; }
+
+void PlayTitleClick() { PlayInterfaceSound(g_clickSound); }
+
+static HWND CreateButton(HWND parent, ImageObject* image, uint32_t artId, int32_t x, int32_t y) {
+    ImageObject_Init(image, false);
+    ImageObject_LoadFromPack(image, artId);
+    HWND button = CreateWindowExA(0, "CQMCOMMAND", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, x, y, 50, 50, parent,
+                                  nullptr, GetModuleHandleA(nullptr), nullptr);
+    if (button) SendMessageA(button, PM_SETIMAGE, 0, reinterpret_cast<LPARAM>(ImageObject_Dib(image)));
+    return button;
+}
+
+static LRESULT Title_OnCreate(HWND window) {
+    g_titleWindow = window;
+    ImageObject_Init(&g_tile, false);
+    ImageObject_LoadFromPack(&g_tile, ART_TITLE_TILE);
+    g_buttons[BUTTON_MINIMISE] =
+        CreateButton(window, &g_buttonImages[BUTTON_MINIMISE], ART_MINIMISE, g_screenWidth - 75, 0);
+    g_buttons[BUTTON_EXIT] = CreateButton(window, &g_buttonImages[BUTTON_EXIT], ART_EXIT, g_screenWidth - 36, 0);
+    g_buttons[BUTTON_ABOUT] =
+        CreateButton(window, &g_buttonImages[BUTTON_ABOUT], ART_ABOUT, TitleAboutX(g_screenWidth), -1);
+    g_buttons[BUTTON_NEW_PUZZLE] = CreateButton(window, &g_buttonImages[BUTTON_NEW_PUZZLE],
+                                                ART_NEW_PUZZLE + uint32_t(g_language), -2, 10);
+    g_clockFont = CreateFontA(35, 0, 0, 0, 600, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                              CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, kCommonFontFace);
+    g_clockX = TitleClockX(g_screenWidth);
+    return 0;
+}
+
+static void Title_OnDestroy() {
+    for (int i = 0; i < kTitleButtonCount; ++i) ImageObject_Destroy(&g_buttonImages[i]);
+    ImageObject_Destroy(&g_tile);
+    if (g_clockFont) DeleteObject(g_clockFont);
+    g_clockFont = nullptr;
+    g_titleWindow = nullptr;
+}
+
+// The tile is laid from the update rectangle's left edge: the bar texture is uniform, so no seam shows.
+static void Title_Paint(HDC dc, const RECT& update) {
+    const uint8_t* tile = ImageObject_Dib(&g_tile);
+    if (tile && update.top < 79 && update.right > update.left) {
+        int32_t tileWidth = DibHeaderOf(tile)->biWidth, tileHeight = DibHeaderOf(tile)->biHeight;
+        for (int32_t x = update.left; x < update.right && tileWidth > 0; x += tileWidth)
+            DrawPackedDib(dc, x, update.top, tileWidth, tileHeight - update.top, tile, 0, update.top);
+    }
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, kCommonTextColor);
+    HGDIOBJ oldFont = SelectObject(dc, g_clockFont);
+    TextOutA(dc, g_clockX, 12, g_clockText, int(std::strlen(g_clockText)));
+    SelectObject(dc, oldFont);
+}
+
+static void Title_OnPaint(HWND window) {
+    PAINTSTRUCT paint;
+    HDC dc = BeginPaint(window, &paint);
+    Title_Paint(dc, paint.rcPaint);
+    EndPaint(window, &paint);
+}
+
+static void Title_OnNotify(WPARAM event, HWND from) {
+    if (event != NOTIFY_CLICKED) return;
+    if (from == g_buttons[BUTTON_EXIT]) {
+        if (g_mainWindow) SendMessageA(g_mainWindow, WM_CLOSE, 0, 0);
+    } else if (from == g_buttons[BUTTON_MINIMISE]) {
+        if (g_mainWindow) CloseWindow(g_mainWindow);
+    } else if (from == g_buttons[BUTTON_ABOUT]) {
+        LaunchAbout();
+    } else if (from == g_buttons[BUTTON_NEW_PUZZLE]) {
+        if (g_openNewPuzzleScreen) g_openNewPuzzleScreen();
+    }
+}
+
+static LRESULT CALLBACK Title_WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CREATE: return Title_OnCreate(window);
+    case WM_DESTROY: Title_OnDestroy(); return 0;
+    case WM_PAINT: Title_OnPaint(window); return 0;
+    case WM_QUERYNEWPALETTE: InvalidateRect(window, nullptr, FALSE); return 0;
+    case PM_NOTIFY: Title_OnNotify(wParam, reinterpret_cast<HWND>(lParam)); return 0;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+void RegisterTitleWindowClass(HINSTANCE instance) {
+    WNDCLASSA windowClass = {};
+    windowClass.style = CS_OWNDC;
+    windowClass.lpfnWndProc = Title_WindowProc;
+    windowClass.hInstance = instance;
+    windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    windowClass.lpszClassName = kTitleWindowClass;
+    RegisterClassA(&windowClass);
+}
+
+HWND CreateTitleWindow(HWND parent) {
+    return CreateWindowExA(0, kTitleWindowClass, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0,
+                           g_screenWidth, kTitleHeight, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
+}
+
+void ShowClock(uint32_t, uint32_t hours, uint32_t minutes, uint32_t seconds) {
+    FormatClock(hours, minutes, seconds, g_clockText, sizeof g_clockText);
+    if (!g_titleWindow) return;
+    RECT clock = {g_clockX, 10, g_clockX + 140, 60};
+    InvalidateRect(g_titleWindow, &clock, FALSE);
+}
+
+void ReloadTitleButtons() {
+    if (!g_titleWindow) return;
+    ImageObject_LoadFromPack(&g_buttonImages[BUTTON_NEW_PUZZLE], ART_NEW_PUZZLE + uint32_t(g_language));
+    SendMessageA(g_buttons[BUTTON_NEW_PUZZLE], PM_SETIMAGE, 0,
+                 reinterpret_cast<LPARAM>(ImageObject_Dib(&g_buttonImages[BUTTON_NEW_PUZZLE])));
+}

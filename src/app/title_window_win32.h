@@ -1,0 +1,32 @@
+// CWNDTESSELTITULO: the bar across the top with the play clock and the new-puzzle, about, minimise and
+// exit buttons.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+constexpr const char kTitleWindowClass[] = "CWNDTESSELTITULO";
+constexpr int32_t kTitleHeight = 78;
+
+// Pack ids of the title bar's artwork.
+enum TitleArt { ART_TITLE_TILE = 122, ART_MINIMISE = 119, ART_EXIT = 112, ART_ABOUT = 129, ART_NEW_PUZZLE = 2060,
+                ART_OPEN_PUZZLE = 2070, ART_SAVE_PUZZLE = 2080 };
+
+// Layout for a screen width: c = (width - 703) / 3; the about button at c + 316, the clock at 2c + 506.
+int32_t TitleClockX(int32_t screenWidth);
+int32_t TitleAboutX(int32_t screenWidth);
+
+void RegisterTitleWindowClass(HINSTANCE instance);
+HWND CreateTitleWindow(HWND parent);
+// Called once a second by the play clock; redraws only the clock's rectangle.
+void ShowClock(uint32_t totalSeconds, uint32_t hours, uint32_t minutes, uint32_t seconds);
+// The clock text now shown ("00:00:00" before the first tick).
+const char* TitleClockText();
+// Reloads the word-carrying buttons after a change of language.
+void ReloadTitleButtons();
+// Plays the click sound for callers outside the buttons.
+void PlayTitleClick();
+
+// What the new-puzzle button opens; set by the screens that exist (null: nothing opens).
+extern void (*g_openNewPuzzleScreen)();
