@@ -1,6 +1,8 @@
 // The main background window.
 #include "app/main_window_win32.h"
 
+#include <new>
+
 #include "app/app_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
@@ -31,7 +33,8 @@ static LRESULT Main_OnCreate(HWND window) {
 
     CreateTitleWindow(window);
 
-    g_sideButtonImages = new ImageObject[kSideButtonCount];
+    g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
+    if (!g_sideButtonImages) return -1;
     for (int i = 0; i < kSideButtonCount; ++i) {
         ImageObject_Init(&g_sideButtonImages[i], false);
         ImageObject_LoadFromPack(&g_sideButtonImages[i], ART_SIDE_BUTTON + uint32_t(i));
