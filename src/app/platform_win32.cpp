@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstring>
+#include <new>
 
 struct SysFile {
     HANDLE handle;
@@ -24,7 +26,11 @@ SysFile* SysOpenFile(const char* path, SysOpenMode mode) {
         break;
     }
     if (h == INVALID_HANDLE_VALUE || h == nullptr) return nullptr;
-    SysFile* file = new SysFile;
+    SysFile* file = new (std::nothrow) SysFile;
+    if (!file) {
+        CloseHandle(h);
+        return nullptr;
+    }
     file->handle = h;
     return file;
 }
@@ -76,16 +82,52 @@ bool SysReplaceFile(const char* from, const char* to) {
     return from && to && MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
+static char FoldCase(char ch) {
+    return char(reinterpret_cast<UINT_PTR>(CharLowerA(reinterpret_cast<LPSTR>(UINT_PTR(uint8_t(ch))))));
+}
+
+// '*' any run of characters, '?' exactly one, letters compared without case. FindFirstFileA also
+// matches a name through its generated 8.3 alias, so "*.bmp" would bring in "x.bmpx" (alias
+// "X~1.BMP"); checking the long name keeps the listing the same as on the POSIX side.
+static bool MatchesWildcard(const char* pattern, const char* name) {
+    const char* star = nullptr;  // last '*' seen, and the name position it stands for
+    const char* resume = nullptr;
+    while (*name) {
+        if (*pattern == '*') {
+            star = pattern++;
+            resume = name;
+        } else if (*pattern && (*pattern == '?' || FoldCase(*pattern) == FoldCase(*name))) {
+            ++pattern;
+            ++name;
+        } else if (star) {
+            pattern = star + 1;
+            name = ++resume;
+        } else {
+            return false;
+        }
+    }
+    while (*pattern == '*') ++pattern;
+    return *pattern == 0;
+}
+
 bool SysListFolder(const char* pattern, SysFolderVisitor visit, void* context) {
     if (!pattern || !visit) return false;
+    const char* wildcard = pattern;
+    for (const char* p = pattern; *p; ++p)
+        if (*p == '\\' || *p == '/' || *p == ':') wildcard = p + 1;
+    // Windows reads "*.*" as "everything", names without a dot included.
+    bool everything = std::strcmp(wildcard, "*.*") == 0;
     WIN32_FIND_DATAA found;
     HANDLE search = FindFirstFileA(pattern, &found);
     if (search == nullptr || search == INVALID_HANDLE_VALUE) return false;
+    bool any = false;
     do {
+        if (!everything && !MatchesWildcard(wildcard, found.cFileName)) continue;
+        any = true;
         if (!visit(context, found.cFileName)) break;
     } while (FindNextFileA(search, &found));
     FindClose(search);
-    return true;
+    return any;
 }
 
 void SysUtcTime(SysTime* time) {

@@ -90,6 +90,12 @@ void FrameSprite_SetTargetDc(FrameSprite* sprite, HDC dc) {
 }
 
 static void SaveBackground(FrameSprite* sprite, int32_t x, int32_t y) {
+    // The store is made in the target's mode; a sprite moved to the other kind of target gets a new one.
+    if (sprite->backing && sprite->backing->memoryDcMode != sprite->targetIsDc) {
+        ImageObject_Destroy(sprite->backing);
+        ImageObject_Init(sprite->backing, sprite->targetIsDc != 0);
+        sprite->backgroundSaved = 0;
+    }
     if (!sprite->backing) {
         sprite->backing = new (std::nothrow) ImageObject;
         if (!sprite->backing) return;
@@ -154,14 +160,18 @@ void FrameSprite_DrawWithRop(FrameSprite* sprite, int32_t index, int32_t x, int3
     FinishDraw(sprite, x, y, invalidate, erase);
 }
 
+// Puts back exactly what was saved: the store's own size, not the current frame size, which changes
+// when the sprite is given another strip while a frame is up.
 void FrameSprite_RestoreBackground(FrameSprite* sprite, bool invalidate, bool erase) {
     if (!sprite->backgroundSaved || !sprite->backing) return;
     sprite->backgroundSaved = 0;
-    int32_t w = sprite->frameWidth, h = sprite->frameHeight;
-    if (sprite->targetIsDc)
-        BitBlt(sprite->targetDc, sprite->lastX, sprite->lastY, w, h, ImageObject_Dc(sprite->backing), 0, 0, SRCCOPY);
-    else if (sprite->targetDib)
-        SoftBlit(sprite->targetDib, sprite->lastX, sprite->lastY, w, h, ImageObject_Dib(sprite->backing), 0, 0,
-                 kRopSrcCopy);
-    if (invalidate) FinishDraw(sprite, sprite->lastX, sprite->lastY, true, erase);
+    ImageObject* store = sprite->backing;
+    int32_t w = 0, h = 0;
+    ImageObject_GetSize(store, &w, &h);
+    if (sprite->targetIsDc && store->memoryDcMode)
+        BitBlt(sprite->targetDc, sprite->lastX, sprite->lastY, w, h, ImageObject_Dc(store), 0, 0, SRCCOPY);
+    else if (!sprite->targetIsDc && !store->memoryDcMode && sprite->targetDib)
+        SoftBlit(sprite->targetDib, sprite->lastX, sprite->lastY, w, h, ImageObject_Dib(store), 0, 0, kRopSrcCopy);
+    if (invalidate && sprite->window)
+        InvalidateArea(sprite->window, Point{sprite->lastX, sprite->lastY}, Point{w, h}, erase);
 }

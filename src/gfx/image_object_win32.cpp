@@ -78,6 +78,7 @@ bool ImageObject_Attach(ImageObject* image, HBITMAP bitmap, bool takeOwnership, 
         return false;
     }
     BITMAP info;
+    std::memset(&info, 0, sizeof info);
     if (GetObjectA(bitmap, sizeof info, &info)) {
         image->allocWidth = image->width = info.bmWidth;
         image->allocHeight = image->height = info.bmHeight;
@@ -85,6 +86,7 @@ bool ImageObject_Attach(ImageObject* image, HBITMAP bitmap, bool takeOwnership, 
     int bits = info.bmBitsPixel;
     int entries = bits == 4 ? 16 : bits == 8 ? 256 : paletteEntries;
     if (bits == 1 || bits == 16 || bits == 24 || bits == 32 || entries <= 0) return true;
+    if (entries > 256) entries = 256;
 
     struct {
         BITMAPINFOHEADER header;
@@ -92,6 +94,12 @@ bool ImageObject_Attach(ImageObject* image, HBITMAP bitmap, bool takeOwnership, 
     } table;
     std::memset(&table, 0, sizeof table);
     table.header.biSize = sizeof table.header;
+    table.header.biWidth = info.bmWidth;
+    table.header.biHeight = info.bmHeight;
+    table.header.biPlanes = 1;
+    // With no bits asked for, GetDIBits returns the colour table only when the header names a
+    // depth; left at 0 it fills the header alone and the palette would come out all black.
+    table.header.biBitCount = WORD(bits);
     // A DIB section selected into our DC also reports its table through GetDIBColorTable.
     if (!GetDIBits(image->dc, bitmap, 0, 0, nullptr, reinterpret_cast<BITMAPINFO*>(&table), DIB_RGB_COLORS))
         GetDIBColorTable(image->dc, 0, UINT(entries), table.colors);
@@ -101,7 +109,7 @@ bool ImageObject_Attach(ImageObject* image, HBITMAP bitmap, bool takeOwnership, 
         PALETTEENTRY entries[256];
     } logical;
     logical.version = 0x300;
-    logical.count = WORD(entries > 256 ? 256 : entries);
+    logical.count = WORD(entries);
     for (int i = 0; i < logical.count; ++i) {
         logical.entries[i].peRed = table.colors[i].rgbRed;
         logical.entries[i].peGreen = table.colors[i].rgbGreen;
