@@ -1,6 +1,7 @@
 // Reader of the resource pack.
 #include "gfx/pack.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -16,7 +17,7 @@ bool OpenPack(ResourcePack* pack, const char* path) {
     int64_t size = SysFileSize(file);
     uint32_t count = 0, got = 0;
     bool ok = size >= 4 && SysSeekFile(file, -4, SYS_SEEK_END, nullptr) && SysReadFile(file, &count, 4, &got) &&
-              got == 4 && int64_t(count) <= (size - 4) / 16;
+              got == 4 && int64_t(count) <= (size - 4) / 16 && count <= kPackLargestDirectory;
     PackEntry* directory = nullptr;
     if (ok && count > 0) {
         directory = static_cast<PackEntry*>(std::malloc(size_t(count) * sizeof(PackEntry)));
@@ -68,6 +69,8 @@ uint8_t* LoadPackItem(ResourcePack* pack, uint32_t id) {
     if (header.biClrUsed > kDibMaxColors) return nullptr;
     int64_t remaining = pack->fileSize - offset - kDibHeaderBytes - 4 * int64_t(header.biClrUsed);
     if (int64_t(header.biSizeImage) > remaining) return nullptr;
+    // On 32-bit builds a pack over 4 GiB could otherwise wrap the block size.
+    if (uint64_t(header.biSizeImage) + kDibPixelOffset > SIZE_MAX) return nullptr;
 
     uint8_t* block = static_cast<uint8_t*>(SysAllocBlock(size_t(header.biSizeImage) + kDibPixelOffset));
     if (!block) return nullptr;

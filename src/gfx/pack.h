@@ -26,6 +26,8 @@ extern ResourcePack g_pack;
 
 // The directory search uses a 16-bit index, so later entries are out of reach.
 constexpr uint32_t kPackReachableEntries = 65536;
+// A directory larger than this is refused at open: its byte count would not fit 32 bits.
+constexpr uint32_t kPackLargestDirectory = 0x0FFFFFFF;
 
 // False when the file cannot be opened or its count does not fit the file; the pack stays closed.
 bool OpenPack(ResourcePack* pack, const char* path);
