@@ -27,6 +27,8 @@ inner() {
     fi
     wineserver -p
     "$wine" wineboot </dev/null >/dev/null 2>&1
+    # The desktop process starts with the first window otherwise, holding the caller's pipes open.
+    "$wine" explorer.exe /desktop </dev/null >/dev/null 2>&1 &
     "$@"
     status=$?
     wineserver -k 2>/dev/null
