@@ -1,0 +1,24 @@
+// The media maker's parts: sounds, cursors and icon, AVI clips.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// The two interface sounds as complete RIFF/WAVE files (16-bit mono PCM).
+std::vector<uint8_t> MakeHoverSound();
+std::vector<uint8_t> MakeClickSound();
+
+// Cursor and icon files (.cur / .ico with 32-bit images and their AND masks).
+bool WriteCursors(const std::string& folder);  // tray.cur, drag.cur, normal.cur
+bool WriteIcon(const std::string& path);        // 16, 32 and 48 pixel images
+
+// An uncompressed 24-bit AVI; frames are BGR rows from the top, width * 3 bytes each.
+struct AviClip {
+    int width, height, framesPerSecond;
+    std::vector<std::vector<uint8_t>> frames;
+};
+bool WriteAvi(const std::string& path, const AviClip& clip);
+
+// The game's three clips: 0 the framed clip, 1 the completion celebration, 2 the opening title.
+AviClip MakeClip(int kind);
