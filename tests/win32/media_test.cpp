@@ -70,11 +70,16 @@ TEST(MediaResources, CursorsIconAndNoticeDialogLoad) {
 
 TEST(MediaResources, StringsExistForEveryLanguage) {
     char text[300];
-    const int bases[] = {20, 40, 50, 60, 70, 80, 100, 110, 120, 130, 140, 150, 160, 170, 180, 190, 200, 210,
+    const int bases[] = {20, 40, 50, 60, 70, 80, 100, 110, 120, 130, 140, 150, 160, 170, 180, 190,
                          kStrWebQuestion, kStrMissingPack};
     for (int base : bases)
         for (int language = 0; language < kLanguageCount; ++language)
             EXPECT_GT(LoadStringA(Module(), UINT(base + language), text, sizeof text), 0) << base + language;
+    // The resolution notice and the printing wait exist in Spanish and English only.
+    for (int base : {200, 210})
+        for (int language = 0; language < kLanguageCount; ++language)
+            EXPECT_EQ(LoadStringA(Module(), UINT(base + language), text, sizeof text) > 0, language < 2)
+                << base + language;
     ASSERT_GT(LoadStringA(Module(), 21, text, sizeof text), 0);
     EXPECT_STREQ(text, "\n\nWrite the new name of the BOX :");
     ASSERT_GT(LoadStringA(Module(), 121, text, sizeof text), 0);

@@ -1,4 +1,4 @@
-// A minimal AVI writer: one video stream of uncompressed 24-bit DIB frames ('00db' chunks) with an
+// A minimal AVI writer: one video stream of uncompressed 32-bit DIB frames ('00db' chunks) with an
 // idx1 index, which Windows' and Wine's MCI play without any codec.
 #include <cstdio>
 #include <cstring>
@@ -28,7 +28,7 @@ struct Writer {
 }  // namespace
 
 bool WriteAvi(const std::string& path, const AviClip& clip) {
-    const uint32_t stride = uint32_t((clip.width * 3 + 3) & ~3);
+    const uint32_t stride = uint32_t(clip.width * 4);
     const uint32_t frameBytes = stride * uint32_t(clip.height);
     const uint32_t frames = uint32_t(clip.frames.size());
     Writer w;
@@ -73,7 +73,7 @@ bool WriteAvi(const std::string& path, const AviClip& clip) {
     w.U32(uint32_t(clip.width));
     w.U32(uint32_t(clip.height));             // positive: rows bottom-up
     w.U16(1);
-    w.U16(24);
+    w.U16(32);
     w.U32(0);                                 // BI_RGB
     w.U32(frameBytes);
     w.U32(0);
@@ -91,7 +91,7 @@ bool WriteAvi(const std::string& path, const AviClip& clip) {
         w.Fourcc("00db");
         w.U32(frameBytes);
         for (int y = clip.height - 1; y >= 0; --y) {
-            std::memcpy(row.data(), &frame[size_t(y) * clip.width * 3], size_t(clip.width) * 3);
+            std::memcpy(row.data(), &frame[size_t(y) * stride], stride);
             w.bytes.insert(w.bytes.end(), row.begin(), row.end());
         }
     }

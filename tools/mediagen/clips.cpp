@@ -19,11 +19,11 @@ std::vector<uint8_t> FrameBytes(cairo_surface_t* s) {
     int w = cairo_image_surface_get_width(s), h = cairo_image_surface_get_height(s);
     int stride = cairo_image_surface_get_stride(s);
     const unsigned char* data = cairo_image_surface_get_data(s);
-    std::vector<uint8_t> out(size_t(w) * h * 3);
+    std::vector<uint8_t> out(size_t(w) * h * 4);
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x) {
             uint32_t p = reinterpret_cast<const uint32_t*>(data + y * stride)[x];
-            uint8_t* o = &out[(size_t(y) * w + x) * 3];
+            uint8_t* o = &out[(size_t(y) * w + x) * 4];
             o[0] = uint8_t(p & 255);
             o[1] = uint8_t((p >> 8) & 255);
             o[2] = uint8_t((p >> 16) & 255);

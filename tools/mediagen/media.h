@@ -13,7 +13,8 @@ std::vector<uint8_t> MakeClickSound();
 bool WriteCursors(const std::string& folder);  // tray.cur, drag.cur, normal.cur
 bool WriteIcon(const std::string& path);        // 16, 32 and 48 pixel images
 
-// An uncompressed 24-bit AVI; frames are BGR rows from the top, width * 3 bytes each.
+// An uncompressed 32-bit AVI; frames are BGRX rows from the top, width * 4 bytes each. (Wine's player
+// shows 24-bit frames as if they had 32 bits a pixel; 32-bit frames play right there and on Windows.)
 struct AviClip {
     int width, height, framesPerSecond;
     std::vector<std::vector<uint8_t>> frames;
