@@ -62,10 +62,11 @@ configure_and_build win32 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake -DCM
 
 if configure_and_build win64 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake -DCMAKE_BUILD_TYPE=Release; then
     echo "== Windows tests under Wine"
-    # Tests whose suite starts with "Pointer" move the one real mouse pointer: they run one at a time.
+    # Tests whose suite starts with "Pointer" move the one real mouse pointer, and "E2E" tests run the
+    # whole game: they run one at a time.
     bash scripts/with-wine.sh bash -c "cd build/win64 &&
-        ctest -j $jobs -E '^Pointer' --output-on-failure --timeout 300 >'$root/$logs/wine-tests.log' 2>&1;
-        ctest -j 1 -R '^Pointer' --output-on-failure --timeout 300 >'$root/$logs/wine-pointer-tests.log' 2>&1"
+        ctest -j $jobs -E '^(Pointer|E2E)' --output-on-failure --timeout 300 >'$root/$logs/wine-tests.log' 2>&1;
+        ctest -j 1 -R '^(Pointer|E2E)' --output-on-failure --timeout 300 >'$root/$logs/wine-pointer-tests.log' 2>&1"
     for log in wine-tests wine-pointer-tests; do
         if grep -q 'No tests were found' "$logs/$log.log"; then continue; fi
         grep -E '(Failed|\*\*\*|tests passed)' "$logs/$log.log" | tail -n 20

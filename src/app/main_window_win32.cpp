@@ -4,6 +4,7 @@
 #include <new>
 
 #include "app/app_win32.h"
+#include "app/art_ids.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
 #include "gfx/dib.h"
@@ -29,7 +30,7 @@ static LRESULT Main_OnCreate(HWND window) {
     g_mainWindow = window;
     g_tableBackground = 0;
     ImageObject_Init(&g_tableCloth, false);
-    ImageObject_LoadFromPack(&g_tableCloth, ART_TABLE_CLOTH + uint32_t(g_tableBackground));
+    ImageObject_LoadFromPack(&g_tableCloth, kArtCloth + uint32_t(g_tableBackground));
 
     CreateTitleWindow(window);
 
@@ -37,7 +38,7 @@ static LRESULT Main_OnCreate(HWND window) {
     if (!g_sideButtonImages) return -1;
     for (int i = 0; i < kSideButtonCount; ++i) {
         ImageObject_Init(&g_sideButtonImages[i], false);
-        ImageObject_LoadFromPack(&g_sideButtonImages[i], ART_SIDE_BUTTON + uint32_t(i));
+        ImageObject_LoadFromPack(&g_sideButtonImages[i], kArtTrayEmptyButton + uint32_t(i));
         POINT at = SideButtonPosition(i);
         g_sideButtons[i] = CreateWindowExA(0, "CQMBOXSCOMMAND", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, at.x,
                                            at.y, 50, 50, window,
@@ -47,7 +48,7 @@ static LRESULT Main_OnCreate(HWND window) {
     CreatePieceBoxes(window);
 
     ImageObject_Init(&g_infoImage, false);
-    ImageObject_LoadFromPack(&g_infoImage, ART_INFO_BUTTON);
+    ImageObject_LoadFromPack(&g_infoImage, kArtInfoButton);
     int32_t infoWidth = 0, infoHeight = 0;
     ImageObject_GetSize(&g_infoImage, &infoWidth, &infoHeight);
     g_infoButton = CreateWindowExA(0, "CQMCOMMAND", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,

@@ -10,8 +10,6 @@ constexpr const char kMainWindowClass[] = "CWNDBACK";
 constexpr int kSideButtonCount = 6;
 constexpr int kFirstSideButtonId = 100;
 
-enum MainArt { ART_SIDE_BUTTON = 200, ART_INFO_BUTTON = 244, ART_TABLE_CLOTH = 6000 };
-
 extern HWND g_sideButtons[kSideButtonCount];
 extern HWND g_infoButton;
 extern int32_t g_tableBackground;  // 0..9: the cloth is pack id 6000 + this

@@ -25,10 +25,8 @@ enum StringBase {
     STR_MY_PC = 190,
     STR_RESOLUTION = 200,
     STR_PRINTING = 210,
-    STR_WEB_QUESTION = 220,   // our own: open the game's web site?
-    STR_PACK_MISSING = 230,   // our own: the resource pack cannot be read
-    STR_PICTURE_TITLE = 5000, // + picture number
 };
+// The bases we add ourselves (web question, missing pack) and the picture titles are in art_ids.h.
 
 // Loads base + current language; a missing id gives an empty text (no other language stands in).
 int LoadLocalString(int base, char* buffer, int size);

@@ -2,8 +2,10 @@
 #include "app/title_window_win32.h"
 
 #include <cstring>
+#include <initializer_list>
 
 #include "app/app_win32.h"
+#include "app/art_ids.h"
 #include "app/clock_text.h"
 #include "app/launchers_win32.h"
 #include "app/theme.h"
@@ -20,6 +22,9 @@ static HWND g_titleWindow;
 static ImageObject g_tile;
 static ImageObject g_buttonImages[kTitleButtonCount];
 static HWND g_buttons[kTitleButtonCount];
+// Pictures of the open and save buttons: no such buttons stand in the bar, but their words follow the
+// language like the others.
+static ImageObject g_openImage, g_saveImage;
 static HFONT g_clockFont;
 static int32_t g_clockX;
 static char g_clockText[24] = "00:00:00";
@@ -43,14 +48,14 @@ static HWND CreateButton(HWND parent, ImageObject* image, uint32_t artId, int32_
 static LRESULT Title_OnCreate(HWND window) {
     g_titleWindow = window;
     ImageObject_Init(&g_tile, false);
-    ImageObject_LoadFromPack(&g_tile, ART_TITLE_TILE);
+    ImageObject_LoadFromPack(&g_tile, kArtTitleBarTile);
     g_buttons[BUTTON_MINIMISE] =
-        CreateButton(window, &g_buttonImages[BUTTON_MINIMISE], ART_MINIMISE, g_screenWidth - 75, 0);
-    g_buttons[BUTTON_EXIT] = CreateButton(window, &g_buttonImages[BUTTON_EXIT], ART_EXIT, g_screenWidth - 36, 0);
+        CreateButton(window, &g_buttonImages[BUTTON_MINIMISE], kArtMinimiseButton, g_screenWidth - 75, 0);
+    g_buttons[BUTTON_EXIT] = CreateButton(window, &g_buttonImages[BUTTON_EXIT], kArtExitButton, g_screenWidth - 36, 0);
     g_buttons[BUTTON_ABOUT] =
-        CreateButton(window, &g_buttonImages[BUTTON_ABOUT], ART_ABOUT, TitleAboutX(g_screenWidth), -1);
+        CreateButton(window, &g_buttonImages[BUTTON_ABOUT], kArtAboutButton, TitleAboutX(g_screenWidth), -1);
     g_buttons[BUTTON_NEW_PUZZLE] = CreateButton(window, &g_buttonImages[BUTTON_NEW_PUZZLE],
-                                                ART_NEW_PUZZLE + uint32_t(g_language), -2, 10);
+                                                kArtNewPuzzleButton + uint32_t(g_language), -2, 10);
     g_clockFont = CreateFontA(35, 0, 0, 0, 600, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                               CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, kCommonFontFace);
     g_clockX = TitleClockX(g_screenWidth);
@@ -59,6 +64,8 @@ static LRESULT Title_OnCreate(HWND window) {
 
 static void Title_OnDestroy() {
     for (int i = 0; i < kTitleButtonCount; ++i) ImageObject_Destroy(&g_buttonImages[i]);
+    ImageObject_Destroy(&g_openImage);
+    ImageObject_Destroy(&g_saveImage);
     ImageObject_Destroy(&g_tile);
     if (g_clockFont) DeleteObject(g_clockFont);
     g_clockFont = nullptr;
@@ -135,7 +142,11 @@ void ShowClock(uint32_t, uint32_t hours, uint32_t minutes, uint32_t seconds) {
 
 void ReloadTitleButtons() {
     if (!g_titleWindow) return;
-    ImageObject_LoadFromPack(&g_buttonImages[BUTTON_NEW_PUZZLE], ART_NEW_PUZZLE + uint32_t(g_language));
+    ImageObject_LoadFromPack(&g_buttonImages[BUTTON_NEW_PUZZLE], kArtNewPuzzleButton + uint32_t(g_language));
     SendMessageA(g_buttons[BUTTON_NEW_PUZZLE], PM_SETIMAGE, 0,
                  reinterpret_cast<LPARAM>(ImageObject_Dib(&g_buttonImages[BUTTON_NEW_PUZZLE])));
+    for (ImageObject* image : {&g_openImage, &g_saveImage})
+        if (!image->dc) ImageObject_Init(image, false);
+    ImageObject_LoadFromPack(&g_openImage, kArtOpenPuzzleButton + uint32_t(g_language));
+    ImageObject_LoadFromPack(&g_saveImage, kArtSavePuzzleButton + uint32_t(g_language));
 }

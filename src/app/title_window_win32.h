@@ -9,10 +9,6 @@
 constexpr const char kTitleWindowClass[] = "CWNDTESSELTITULO";
 constexpr int32_t kTitleHeight = 78;
 
-// Pack ids of the title bar's artwork.
-enum TitleArt { ART_TITLE_TILE = 122, ART_MINIMISE = 119, ART_EXIT = 112, ART_ABOUT = 129, ART_NEW_PUZZLE = 2060,
-                ART_OPEN_PUZZLE = 2070, ART_SAVE_PUZZLE = 2080 };
-
 // Layout for a screen width: c = (width - 703) / 3; the about button at c + 316, the clock at 2c + 506.
 int32_t TitleClockX(int32_t screenWidth);
 int32_t TitleAboutX(int32_t screenWidth);

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "app/app_win32.h"
+#include "app/art_ids.h"
 #include "controls/control_messages.h"
 #include "gfx/dib.h"
 #include "gfx/image_object_win32.h"
@@ -32,7 +33,7 @@ void BuildClipPath(int kind, char* out, int size) {
 }
 
 static void CreateFramedButtons(HWND window) {
-    static const uint32_t art[kFramedButtonCount] = {ART_VIDEO_CLOSE, ART_VIDEO_REPLAY, ART_VIDEO_WEB};
+    static const uint32_t art[kFramedButtonCount] = {kArtVideoCloseButton, kArtVideoReplayButton, kArtVideoWebButton};
     const POINT at[kFramedButtonCount] = {{g_frameAt.x, g_frameAt.y + 416},
                                           {g_frameAt.x + 296, g_frameAt.y + 378},
                                           {g_frameAt.x + 196, g_frameAt.y + 423}};
@@ -47,7 +48,8 @@ static void CreateFramedButtons(HWND window) {
 
 static void CloseClip() {
     if (!g_device) return;
-    mciSendCommandA(g_device, MCI_CLOSE, MCI_WAIT, 0);
+    MCI_GENERIC_PARMS none = {};
+    mciSendCommandA(g_device, MCI_CLOSE, MCI_WAIT, reinterpret_cast<DWORD_PTR>(&none));
     g_device = 0;
 }
 
@@ -103,7 +105,8 @@ static DWORD ClipMode() {
 
 static void Video_OnReplay(HWND window) {
     if (ClipMode() != MCI_MODE_STOP) return;  // only a finished clip starts again
-    mciSendCommandA(g_device, MCI_SEEK, MCI_SEEK_TO_START | MCI_WAIT, 0);
+    MCI_SEEK_PARMS seek = {};  // drivers refuse a missing parameter block
+    mciSendCommandA(g_device, MCI_SEEK, MCI_SEEK_TO_START | MCI_WAIT, reinterpret_cast<DWORD_PTR>(&seek));
     PlaySoundA(nullptr, nullptr, SND_ASYNC | SND_NODEFAULT | SND_MEMORY | SND_NOSTOP);
     MCI_PLAY_PARMS play = {};
     play.dwCallback = reinterpret_cast<DWORD_PTR>(window);
@@ -111,7 +114,9 @@ static void Video_OnReplay(HWND window) {
 }
 
 static void Video_OnWeb(HWND window) {
-    if (ClipMode() != MCI_MODE_STOP) mciSendCommandA(g_device, MCI_STOP, MCI_WAIT, 0);
+    MCI_GENERIC_PARMS none = {};
+    if (ClipMode() != MCI_MODE_STOP)
+        mciSendCommandA(g_device, MCI_STOP, MCI_WAIT, reinterpret_cast<DWORD_PTR>(&none));
     InvalidateRect(window, nullptr, TRUE);
     if (g_videoHooks.askWebQuestion) g_videoHooks.askWebQuestion();
 }
@@ -172,7 +177,10 @@ static LRESULT CALLBACK Video_WindowProc(HWND window, UINT message, WPARAM wPara
     case WM_PALETTECHANGED:
         if (message == WM_PALETTECHANGED && reinterpret_cast<HWND>(wParam) == window) return 0;
         InvalidateRect(window, nullptr, FALSE);
-        if (g_device) mciSendCommandA(g_device, MCI_REALIZE, MCI_DGV_REALIZE_NORM | MCI_WAIT, 0);
+        if (g_device) {
+            MCI_GENERIC_PARMS none = {};
+            mciSendCommandA(g_device, MCI_REALIZE, MCI_DGV_REALIZE_NORM | MCI_WAIT, reinterpret_cast<DWORD_PTR>(&none));
+        }
         return 0;
     case MM_MCINOTIFY:
     case WM_LBUTTONUP:
@@ -209,7 +217,7 @@ HWND OpenVideo(int kind) {
     g_musicPaused = false;
     if (kind == VIDEO_FRAMED) {
         ImageObject_Init(&g_frame, false);
-        ImageObject_LoadFromPack(&g_frame, ART_VIDEO_FRAME);
+        ImageObject_LoadFromPack(&g_frame, kArtVideoFrame);
         int32_t w = 0, h = 0;
         ImageObject_GetSize(&g_frame, &w, &h);
         g_frameAt.x = (g_screenWidth - w) / 2;

@@ -9,7 +9,6 @@
 constexpr const char kVideoClass[] = "CWNDVIDEO";
 
 enum VideoKind { VIDEO_FRAMED = 0, VIDEO_COMPLETION = 1, VIDEO_OPENING = 2 };
-enum VideoArt { ART_VIDEO_CLOSE = 163, ART_VIDEO_WEB = 165, ART_VIDEO_FRAME = 166, ART_VIDEO_REPLAY = 167 };
 
 // What happens around a clip; the screens that exist fill these in (null: nothing happens).
 struct VideoHooks {

@@ -1,0 +1,98 @@
+// Start-up and the run of the program.
+#include "app/startup_win32.h"
+
+#include <cstdio>
+
+#include "app/app_win32.h"
+#include "app/art_ids.h"
+#include "app/display_check.h"
+#include "app/language_chooser_win32.h"
+#include "app/main_window_win32.h"
+#include "app/message_loop_win32.h"
+#include "app/strings_win32.h"
+#include "app/title_window_win32.h"
+#include "controls/controls_win32.h"
+#include "extras/video_win32.h"
+#include "gfx/pack.h"
+#include "setup/piece_box_win32.h"
+
+static INT_PTR CALLBACK Notice_DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    switch (message) {
+    case WM_COMMAND:
+        if (HIWORD(wParam) == 0) DestroyWindow(dialog);
+        return 1;
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    }
+    return 0;
+}
+
+HWND ShowStartupNotice(HINSTANCE instance, int stringId) {
+    HWND dialog = CreateDialogParamA(instance, MAKEINTRESOURCEA(kResNoticeDialog), nullptr, Notice_DialogProc, 0);
+    if (!dialog) {
+        PostQuitMessage(0);
+        return nullptr;
+    }
+    char text[300] = "";
+    LoadStringA(instance, UINT(stringId), text, sizeof text);
+    SendDlgItemMessageA(dialog, kNoticeTextId, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+    return dialog;
+}
+
+// The WAVE resources stay where the module's resources lie for the whole run.
+static const void* LockWave(HINSTANCE instance, int id) {
+    HRSRC found = FindResourceA(instance, MAKEINTRESOURCEA(id), "WAVE");
+    HGLOBAL loaded = found ? LoadResource(instance, found) : nullptr;
+    return loaded ? LockResource(loaded) : nullptr;
+}
+
+void RegisterWindowClasses(HINSTANCE instance) {
+    RegisterControlClasses(instance);
+    RegisterLanguageChooserClass(instance);
+    RegisterMainWindowClass(instance);
+    RegisterTitleWindowClass(instance);
+    RegisterPieceBoxClass(instance);
+    RegisterVideoClass(instance);
+}
+
+static void OpeningFinished() {
+    if (!g_mainWindow) CreateMainWindow();
+}
+
+int RunTavirel(HINSTANCE instance) {
+    g_language = kEnglish;  // every run starts in English; the choice is never read back
+    g_screenWidth = GetSystemMetrics(SM_CXSCREEN);
+    g_screenHeight = GetSystemMetrics(SM_CYSCREEN);
+    HDC screen = GetDC(nullptr);
+    int bits = GetDeviceCaps(screen, BITSPIXEL);
+    ReleaseDC(nullptr, screen);
+
+    int notice = DisplayNoticeBase(bits, g_screenWidth, g_screenHeight);
+    if (notice) {
+        ShowStartupNotice(instance, notice + g_language);
+        return RunMessageLoop();
+    }
+
+    g_hoverSound = LockWave(instance, kResHoverSound);
+    g_clickSound = LockWave(instance, kResClickSound);
+
+    int length = int(GetModuleFileNameA(instance, g_appFolder, kPathCapacity));
+    FolderOfModulePath(g_appFolder, length);
+    WritePrivateProfileStringA("Tavirel", "AppPath", g_appFolder, "tavirel.ini");
+
+    RegisterWindowClasses(instance);
+
+    char packPath[kPathCapacity + 16];
+    std::snprintf(packPath, sizeof packPath, "%sTavirel.rf", g_appFolder);
+    if (!OpenPack(&g_pack, packPath)) {
+        // Without its artwork the game cannot draw a single screen: say so and stop.
+        ShowStartupNotice(instance, kStrMissingPack + g_language);
+        return RunMessageLoop();
+    }
+
+    g_videoHooks.openingFinished = OpeningFinished;
+    g_videoMode = VIDEO_OPENING;
+    OpenVideo(VIDEO_OPENING);
+    int code = RunMessageLoop();
+    ClosePack(&g_pack);
+    return code;
+}
