@@ -15,11 +15,11 @@ cmake -S . -B build/assets-native -G Ninja -DCMAKE_BUILD_TYPE=Release -DTAVIREL_
     -DTAVIREL_DIST_DIR="$dist" >/dev/null
 cmake --build build/assets-native -j "$jobs" --target tavirel_assets
 
-echo "== Tavirel.exe"
+echo "== Tavirel.exe and about.exe"
 cmake -S . -B build/assets-win32 -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake \
     -DCMAKE_BUILD_TYPE=Release -DTAVIREL_TESTS=OFF >/dev/null
-cmake --build build/assets-win32 -j "$jobs" --target Tavirel
-cp build/assets-win32/Tavirel.exe "$dist/Tavirel.exe"
+cmake --build build/assets-win32 -j "$jobs" --target Tavirel about
+cp build/assets-win32/Tavirel.exe build/assets-win32/about.exe "$dist/"
 
 echo "== $dist"
 ls "$dist"

@@ -1,11 +1,11 @@
 // Shell launchers for help, the about program and the web site.
 #include "app/launchers_win32.h"
 
-#include <shellapi.h>
-
 #include <cstdio>
 
 #include "app/app_win32.h"
+
+BOOL(WINAPI* g_shellExecute)(SHELLEXECUTEINFOA* info) = ShellExecuteExA;
 
 // ShellExecuteExA with the verb "open", owned by the main window, the process handle kept and closed.
 static void OpenWithShell(const char* file) {
@@ -16,7 +16,7 @@ static void OpenWithShell(const char* file) {
     info.lpVerb = "open";
     info.lpFile = file;
     info.nShow = 0;
-    if (ShellExecuteExA(&info) && info.hProcess) CloseHandle(info.hProcess);
+    if (g_shellExecute(&info) && info.hProcess) CloseHandle(info.hProcess);
 }
 
 void BuildHelpPath(char* out, int size) {

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <cstdint>
 
 // The game's web site, opened when the player agrees to the web question.
@@ -15,3 +17,6 @@ void LaunchHelp();
 void LaunchAbout();
 // Answer of the web question: 1 opens the web site, 0 does nothing.
 void LaunchWebSite(uint8_t answer);
+
+// The shell call every launcher goes through; tests put a recorder in its place.
+extern BOOL(WINAPI* g_shellExecute)(SHELLEXECUTEINFOA* info);

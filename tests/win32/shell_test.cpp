@@ -284,6 +284,8 @@ void ClickAt(int x, int y) {
 
 }  // namespace
 
+// The boxes are still plain placeholder panels (CWNDBOX without its tray view): what is tested here is
+// the side button's click showing and hiding box i, which the real trays will keep.
 TEST(PointerMainWindow, SideButtonClickedTwiceShowsThenHidesItsBox) {
     HINSTANCE instance = GetModuleHandleA(nullptr);
     RegisterControlClasses(instance);
