@@ -6,7 +6,7 @@ test:
 	@bash scripts/test.sh
 
 run:
-	@echo "The playable game is not ready yet; 'make test' builds Tavirel.exe into build/win32 and build/win64."
+	@bash scripts/run.sh
 
 assets:
 	@bash scripts/assets.sh
