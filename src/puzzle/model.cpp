@@ -36,6 +36,14 @@ static void ReleasePuzzleMemory(PuzzleState* p) {
     std::free(p->renderPiece);
     std::free(p->renderRow);
     std::free(p->renderColumn);
+    std::free(p->outlineShapes);
+    std::free(p->outlineShape);
+    std::free(p->outlineColours);
+    std::free(p->outlineColour);
+    p->outlineShapes = nullptr;
+    p->outlineShape = nullptr;
+    p->outlineColours = nullptr;
+    p->outlineColour = nullptr;
     p->sheet = nullptr;
     p->pieces = nullptr;
     p->order = p->scratch = p->renderPiece = p->renderRow = p->renderColumn = nullptr;
@@ -103,6 +111,8 @@ static void RelinkRuns(PuzzleState* p) {
         start += p->views[v].count;
     }
 }
+
+void RelinkViewRuns(PuzzleState* p) { RelinkRuns(p); }
 
 void PutAllPiecesOnTable(PuzzleState* p) {
     uint32_t n = PieceCount(p);

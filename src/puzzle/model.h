@@ -35,6 +35,11 @@ constexpr int kTrayCount = 6;
 constexpr int kTableView = 6;
 constexpr int32_t kSmallestCutSide = 45;  // a scaled image below this in either direction cannot be cut
 
+// One run of inside pixels on a row of a piece's box, columns begin .. end - 1 counted from the box's left.
+struct OutlineSpan {
+    int32_t begin, end;
+};
+
 struct PuzzleState {
     int32_t rows, cols;
     double scale;                      // applied to the photograph before cutting
@@ -61,6 +66,15 @@ struct PuzzleState {
     uint32_t hintsUsed;
     uint8_t paused;
     uint32_t dragMode;                 // 0 none, 1 piece, 2 selection rectangle
+    // The outline index, made with the sheet, so that drawing copies runs instead of testing box pixels.
+    // Pieces of one shape share a shape block (a cut has a few dozen: a piece's pattern cell and its place
+    // on the border decide its outline); every piece has its own colour area, 3 bytes per inside pixel, so
+    // that composing reads a piece's colours from one place rather than from H rows of the wide sheet.
+    // Read it through PieceOutlineRow (puzzle/cut.h). Released with the sheet.
+    uint8_t* outlineShapes;            // the shape blocks
+    uint32_t* outlineShape;            // per piece: the byte offset of its shape block
+    uint8_t* outlineColours;           // the colour areas, piece after piece
+    uint64_t* outlineColour;           // per piece: the byte offset of its colour area
 };
 
 // The program's one puzzle, owned by the board.
@@ -68,11 +82,26 @@ extern PuzzleState g_puzzle;
 
 // What the window layer does when the model changes views; any hook may be left null.
 struct PuzzleHooks {
-    void (*viewEmptied)(int view);  // a tray's view lost its last piece
-    void (*viewFilled)(int view);   // a tray's view got its first piece
+    void (*viewEmptied)(int view);  // a tray's view lost its last piece (drops report the table's too)
+    void (*viewFilled)(int view);   // a tray's view got its first piece (drops report the table's too)
     void (*repaintView)(int view);
     void (*stopClock)();            // kill the play timer
     void (*restoreCursor)();        // back to the arrow
+    // The board's part of the engine's work; the pixels are already composed when these run.
+    void (*invalidateRect)(int view, Rect area);  // the view's picture changed there: paint it later
+    void (*updateView)(int view);                 // paint the invalid parts now
+    void (*hideTray)(int view);                   // hide the tray window that holds the view
+    void (*startClock)();                         // the first grab after a cut starts the play timer
+    void (*showClock)(const char* text);          // "HH:MM:SS" for the title bar
+    void (*joinSound)();                          // a drop joined two pieces
+    void (*puzzleCompleted)();                    // the playing screen's end-of-game step
+    void (*enableSave)();                         // the puzzle changed: enable the save button
+    void (*waitCursor)();                         // a long operation starts
+    void (*refitPreview)();                       // a new cut: fit the picture preview to the image
+    // Makes the background store (width x height, the box size) and the composition surface (twice
+    // each way) at the screen's format; false when the screen format is not usable for dragging.
+    bool (*prepareDragSurfaces)(int32_t width, int32_t height);
+    void (*restoreDragBackground)();              // put the background store back under the dragged piece
 };
 extern PuzzleHooks g_puzzleHooks;
 
@@ -109,6 +138,8 @@ uint32_t* SheetPixel(const PuzzleState* p, uint32_t i, int32_t x, int32_t y);
 
 // Index in order where view's run starts.
 uint32_t ViewStart(const PuzzleState* p, int view);
+// Points every view's entries at its place in order, the runs back to back in view order.
+void RelinkViewRuns(PuzzleState* p);
 // Moves entries first .. first + length - 1 of one view's run to the top of another's (or of the
 // same run), through scratch; the runs in between shift and the counts follow.
 void MoveRun(PuzzleState* p, int fromView, uint32_t first, uint32_t length, int toView);
