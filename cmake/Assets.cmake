@@ -121,8 +121,9 @@ if(TAVIREL_TESTS)
   # The pack-content and cut-pattern tests read what tavirel_assets made.
   file(GLOB TAVIREL_ASSET_TESTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/assets/*.cpp)
   add_executable(assets_tests ${TAVIREL_ASSET_TESTS} ${CMAKE_SOURCE_DIR}/tools/artgen/art_table.cpp
-                 ${CMAKE_SOURCE_DIR}/tools/patcheck/pattern_rules.cpp)
-  target_include_directories(assets_tests PRIVATE ${CMAKE_SOURCE_DIR}/tools)
+                 ${CMAKE_SOURCE_DIR}/tools/patcheck/pattern_rules.cpp
+                 ${CMAKE_SOURCE_DIR}/tests/unit/puzzle_test_support.cpp)
+  target_include_directories(assets_tests PRIVATE ${CMAKE_SOURCE_DIR}/tools ${CMAKE_SOURCE_DIR}/tests/unit)
   target_link_libraries(assets_tests PRIVATE tavirel_core ${TAVIREL_GTEST})
   add_dependencies(assets_tests tavirel_assets)
   target_compile_definitions(assets_tests PRIVATE

@@ -1,6 +1,7 @@
 // Puzzle engine test helpers.
 #include "puzzle_test_support.h"
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <utility>
@@ -231,4 +232,54 @@ bool FindInsidePixel(const PuzzleState* p, uint32_t piece, int32_t* x, int32_t* 
                 }
             }
     return false;
+}
+
+Coverage MeasureCoverage(const PuzzleState& p, const std::vector<uint8_t>& photo) {
+    const DibHeader* h = DibHeaderOf(photo.data());
+    Coverage cov;
+    cov.width = int32_t(h->biWidth * p.scale);
+    cov.height = int32_t(h->biHeight * p.scale);
+    cov.count.assign(size_t(cov.width) * cov.height, 0);
+    const int32_t w = p.cellWidth, hh = p.cellHeight;
+    const int32_t mx = (p.boxWidth - w) / 2, my = (p.boxHeight - hh) / 2;
+    for (uint32_t i = 0; i < PieceCount(&p); ++i) {
+        const int32_t r = PieceRow(&p, i), c = PieceColumn(&p, i);
+        for (int32_t y = 0; y < p.boxHeight; ++y)
+            for (int32_t x = 0; x < p.boxWidth; ++x) {
+                uint32_t pixel = *SheetPixel(&p, i, x, y);
+                if (!(pixel >> 24)) continue;
+                int32_t X = c * w + x - mx, Y = r * hh + y - my;
+                if (X < 0 || Y < 0 || X >= cov.width || Y >= cov.height) {
+                    ++cov.offPhoto;
+                    continue;
+                }
+                ++cov.count[size_t(Y) * cov.width + X];
+                int32_t sx = std::min(int32_t(X / p.scale), h->biWidth - 1);
+                int32_t sy = std::min(int32_t(Y / p.scale), h->biHeight - 1);
+                if ((pixel & 0xFFFFFF) != TestPhotoColor(photo, sx, sy) || (pixel >> 24) != 1) ++cov.wrongColours;
+            }
+    }
+    return cov;
+}
+
+::testing::AssertionResult CoversGridExactlyOnce(const PuzzleState& p, const std::vector<uint8_t>& photo) {
+    Coverage cov = MeasureCoverage(p, photo);
+    if (cov.offPhoto) return ::testing::AssertionFailure() << cov.offPhoto << " inside pixels off the photograph";
+    if (cov.wrongColours) return ::testing::AssertionFailure() << cov.wrongColours << " pixels with wrong colours";
+    const int32_t gridW = p.cols * p.cellWidth, gridH = p.rows * p.cellHeight;
+    for (int32_t y = 0; y < cov.height; ++y)
+        for (int32_t x = 0; x < cov.width; ++x) {
+            int expected;
+            if (x < gridW && y < gridH)
+                expected = 1;
+            else if (x <= gridW && y <= gridH && !(x == gridW && y == gridH))
+                expected = 1;
+            else
+                expected = 0;
+            if (cov.at(x, y) != expected)
+                return ::testing::AssertionFailure()
+                       << "pixel (" << x << ", " << y << ") is in " << cov.at(x, y) << " pieces, grid " << p.rows
+                       << " x " << p.cols << ", cell " << p.cellWidth << " x " << p.cellHeight;
+        }
+    return ::testing::AssertionSuccess();
 }

@@ -2,6 +2,8 @@
 // board hooks, and a cut puzzle with view pictures.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -52,3 +54,16 @@ void LayOut(PuzzleState* p, const std::vector<int>& viewOfPiece);
 std::vector<uint32_t> RunOf(const PuzzleState* p, int view);
 // A box pixel of piece i that is inside (its first in row-major order from the box centre outward).
 bool FindInsidePixel(const PuzzleState* p, uint32_t piece, int32_t* x, int32_t* y);
+
+// How many pieces claim each pixel of the scaled photograph; on the way it counts inside pixels that lie
+// off the photograph or do not carry its colour.
+struct Coverage {
+    int32_t width = 0, height = 0;
+    std::vector<uint8_t> count;
+    int wrongColours = 0, offPhoto = 0;
+    int at(int32_t x, int32_t y) const { return count[size_t(y) * width + x]; }
+};
+Coverage MeasureCoverage(const PuzzleState& p, const std::vector<uint8_t>& photo);
+// Every pixel of the grid (cols * w by rows * h) in exactly one piece; the column and row just past the
+// grid in the last pieces (all but their shared corner); nothing beyond.
+::testing::AssertionResult CoversGridExactlyOnce(const PuzzleState& p, const std::vector<uint8_t>& photo);
