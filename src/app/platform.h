@@ -50,3 +50,7 @@ void SysUtcTime(SysTime* time);
 void* SysAllocBlock(size_t bytes);
 void SysFreeBlock(void* block);
 size_t SysLiveBlocks();
+
+// Heap memory for the few very large arrays (the piece sheet): on systems that can, backed by large pages
+// so that filling it does not fault page by page. Released with std::free.
+void* SysAllocLarge(size_t bytes);

@@ -4,6 +4,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -154,3 +155,14 @@ void SysFreeBlock(void* block) {
 }
 
 size_t SysLiveBlocks() { return g_liveBlocks; }
+
+void* SysAllocLarge(size_t bytes) {
+    const size_t largePage = size_t(2) << 20;
+    if (bytes < 4 * largePage) return std::malloc(bytes);
+    void* block = nullptr;
+    if (posix_memalign(&block, largePage, bytes) != 0) return nullptr;
+#ifdef MADV_HUGEPAGE
+    madvise(block, bytes, MADV_HUGEPAGE);  // only advice: without large pages the block still works
+#endif
+    return block;
+}

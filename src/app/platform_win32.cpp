@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -157,3 +158,6 @@ void SysFreeBlock(void* block) {
 }
 
 size_t SysLiveBlocks() { return g_liveBlocks; }
+
+// Large pages need a privilege ordinary players lack; the plain heap serves.
+void* SysAllocLarge(size_t bytes) { return std::malloc(bytes); }

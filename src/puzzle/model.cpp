@@ -1,6 +1,8 @@
 // The puzzle model: allocation, clearing, geometry and the run moves between views.
 #include "puzzle/model.h"
 
+#include "app/platform.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -59,7 +61,7 @@ bool AllocatePuzzle(PuzzleState* p, const PuzzleGeometry& g, int32_t rows, int32
         ClearPuzzle(p, true);
         return false;
     }
-    p->sheet = static_cast<uint32_t*>(std::malloc(size_t(sheetPixels) * 4));
+    p->sheet = static_cast<uint32_t*>(SysAllocLarge(size_t(sheetPixels) * 4));
     p->pieces = static_cast<PieceRecord*>(std::calloc(pieces, sizeof(PieceRecord)));
     p->order = static_cast<uint32_t*>(std::calloc(pieces, 4));
     p->scratch = static_cast<uint32_t*>(std::calloc(pieces, 4));
