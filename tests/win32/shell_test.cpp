@@ -179,9 +179,13 @@ std::string IdiomaInIni() {
     return value;
 }
 
-struct ChooserFixture : ::testing::Test {
+// Every chooser test reads and writes the one Tavirel.ini: tests running side by side take turns.
+struct LanguageChooser : ::testing::Test {
     TestWindow main{0, 0, 400, 400};
+    HANDLE iniTurn = nullptr;
     void SetUp() override {
+        iniTurn = CreateMutexA(nullptr, FALSE, "TavirelIniTests");
+        WaitForSingleObject(iniTurn, 60000);
         RegisterControlClasses(GetModuleHandleA(nullptr));
         RegisterLanguageChooserClass(GetModuleHandleA(nullptr));
         WritePrivateProfileStringA("Tavirel", "Idioma", nullptr, "Tavirel.ini");
@@ -192,6 +196,8 @@ struct ChooserFixture : ::testing::Test {
         WritePrivateProfileStringA("Tavirel", "Idioma", nullptr, "Tavirel.ini");
         g_language = kEnglish;
         g_mainWindow = nullptr;
+        ReleaseMutex(iniTurn);
+        CloseHandle(iniTurn);
     }
     void Click(HWND chooser, HWND control) {
         SendMessageA(chooser, PM_NOTIFY, NOTIFY_CLICKED, reinterpret_cast<LPARAM>(control));
@@ -201,7 +207,7 @@ struct ChooserFixture : ::testing::Test {
 
 }  // namespace
 
-TEST_F(ChooserFixture, OkWithoutChangeWritesNothingAndCloses) {
+TEST_F(LanguageChooser, OkWithoutChangeWritesNothingAndCloses) {
     HWND chooser = OpenLanguageChooser();
     ASSERT_NE(chooser, nullptr);
     EXPECT_FALSE(IsWindowEnabled(main.hwnd));
@@ -215,7 +221,7 @@ TEST_F(ChooserFixture, OkWithoutChangeWritesNothingAndCloses) {
     EXPECT_EQ(IdiomaInIni(), "none");
 }
 
-TEST_F(ChooserFixture, CancelAfterPickingDiscardsTheChoice) {
+TEST_F(LanguageChooser, CancelAfterPickingDiscardsTheChoice) {
     HWND chooser = OpenLanguageChooser();
     ASSERT_NE(chooser, nullptr);
     ChooserParts parts = FindChooserParts(chooser);
@@ -229,7 +235,7 @@ TEST_F(ChooserFixture, CancelAfterPickingDiscardsTheChoice) {
     EXPECT_EQ(IdiomaInIni(), "none");
 }
 
-TEST_F(ChooserFixture, OkAfterPickingSpanishSwitchesAndWritesIdioma) {
+TEST_F(LanguageChooser, OkAfterPickingSpanishSwitchesAndWritesIdioma) {
     HWND chooser = OpenLanguageChooser();
     ASSERT_NE(chooser, nullptr);
     ChooserParts parts = FindChooserParts(chooser);
