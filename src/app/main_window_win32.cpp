@@ -7,6 +7,7 @@
 #include "app/art_ids.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
+#include "extras/bars_win32.h"
 #include "gfx/dib.h"
 #include "gfx/image_object_win32.h"
 #include "puzzle/model.h"
@@ -33,6 +34,7 @@ static LRESULT Main_OnCreate(HWND window) {
     ImageObject_LoadFromPack(&g_tableCloth, kArtCloth + uint32_t(g_tableBackground));
 
     CreateTitleWindow(window);
+    CreateBars(window);
 
     g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
     if (!g_sideButtonImages) return -1;

@@ -12,8 +12,10 @@
 #include "app/strings_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/controls_win32.h"
+#include "extras/bars_win32.h"
 #include "extras/video_win32.h"
 #include "gfx/pack.h"
+#include "setup/chooser_classes_win32.h"
 #include "setup/piece_box_win32.h"
 
 static INT_PTR CALLBACK Notice_DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
@@ -49,6 +51,8 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterControlClasses(instance);
     RegisterLanguageChooserClass(instance);
     RegisterMainWindowClass(instance);
+    RegisterChooserAndPreviewClasses(instance);
+    RegisterBarClasses(instance);
     RegisterTitleWindowClass(instance);
     RegisterPieceBoxClass(instance);
     RegisterVideoClass(instance);
