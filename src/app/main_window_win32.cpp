@@ -8,6 +8,10 @@
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
 #include "extras/bars_win32.h"
+#include "puzzle/board_window_win32.h"
+#include "puzzle/compose.h"
+#include "puzzle/join.h"
+#include "setup/size_chooser_win32.h"
 #include "gfx/dib.h"
 #include "gfx/image_object_win32.h"
 #include "puzzle/model.h"
@@ -35,6 +39,12 @@ static LRESULT Main_OnCreate(HWND window) {
 
     CreateTitleWindow(window);
     CreateBars(window);
+    // The cloth first: the table composes its picture as soon as it gets its size.
+    SetTableTexture(&g_puzzle, ImageObject_Dib(&g_tableCloth));
+    SetChooserTableTexture(ImageObject_Dib(&g_tableCloth));
+    CreateTable(window);
+    g_barActions.assemble = [] { ShowComplete(&g_puzzle); };
+    g_barActions.hint = [] { return uint8_t(GiveHint(&g_puzzle) ? 1 : 0); };
 
     g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
     if (!g_sideButtonImages) return -1;

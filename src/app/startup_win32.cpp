@@ -15,6 +15,7 @@
 #include "extras/bars_win32.h"
 #include "extras/video_win32.h"
 #include "gfx/pack.h"
+#include "puzzle/board_window_win32.h"
 #include "setup/chooser_classes_win32.h"
 #include "setup/piece_box_win32.h"
 
@@ -51,6 +52,7 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterControlClasses(instance);
     RegisterLanguageChooserClass(instance);
     RegisterMainWindowClass(instance);
+    RegisterBoardClass(instance);
     RegisterChooserAndPreviewClasses(instance);
     RegisterBarClasses(instance);
     RegisterTitleWindowClass(instance);
