@@ -17,7 +17,9 @@
 #include "gfx/pack.h"
 #include "puzzle/board_window_win32.h"
 #include "setup/chooser_classes_win32.h"
+#include "setup/new_puzzle_win32.h"
 #include "setup/piece_box_win32.h"
+#include "puzzle/model.h"
 
 static INT_PTR CALLBACK Notice_DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
     switch (message) {
@@ -54,11 +56,21 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterMainWindowClass(instance);
     RegisterBoardClass(instance);
     RegisterChooserAndPreviewClasses(instance);
+    RegisterNewPuzzleClasses(instance);
     RegisterBarClasses(instance);
     RegisterTitleWindowClass(instance);
     RegisterPieceBoxClass(instance);
     RegisterVideoClass(instance);
 }
+
+// The title bar's new-puzzle button puts the current puzzle away before the screen opens: the screen's
+// choosers set the next puzzle's rows, columns and zoom.
+static void CloseGameAndOpenNewPuzzle() {
+    ClearPuzzle(&g_puzzle, true);
+    OpenNewPuzzleScreen();
+}
+
+static void StartGameWithShape(int32_t shape) { StartNewGame(shape); }
 
 static void OpeningFinished() {
     if (!g_mainWindow) CreateMainWindow();
@@ -96,6 +108,8 @@ int RunTavirel(HINSTANCE instance) {
     }
 
     g_videoHooks.openingFinished = OpeningFinished;
+    g_openNewPuzzleScreen = CloseGameAndOpenNewPuzzle;
+    g_startNewGame = StartGameWithShape;
     g_videoMode = VIDEO_OPENING;
     OpenVideo(VIDEO_OPENING);
     int code = RunMessageLoop();

@@ -361,6 +361,7 @@ LRESULT CALLBACK Board_WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM
     case WM_LBUTTONDOWN: Board_OnLButtonDown(s, PointerOf(lParam)); return 0;
     case WM_LBUTTONUP: Board_OnLButtonUp(s, PointerOf(lParam)); return 0;
     case WM_CAPTURECHANGED: Board_OnCaptureChanged(s, reinterpret_cast<HWND>(lParam)); return 0;
+    case PM_BOARD_QUERY: return AnswerBoardQuery(wParam);
     }
     return DefWindowProcA(hwnd, message, wParam, lParam);
 }
@@ -427,6 +428,33 @@ bool Hook_PrepareDragSurfaces(int32_t width, int32_t height) { return PrepareDra
 void Hook_RestoreDragBackground() { RestoreBackgroundAt(ViewWindow(g_drag.dragView), g_drag.dragPos); }
 
 }  // namespace
+
+LRESULT AnswerBoardQuery(WPARAM question) {
+    const PuzzleState* p = &g_puzzle;
+    if (!HasPuzzle(p)) return -1;
+    uint32_t kind = uint32_t(question >> 24), piece = uint32_t(question & 0xFFFFFF);
+    bool known = piece < PieceCount(p);
+    switch (kind) {
+    case BOARD_ASK_POSITION:
+        return known ? LRESULT(MAKELONG(WORD(p->pieces[piece].x), WORD(p->pieces[piece].y))) : -1;
+    case BOARD_ASK_VIEW: {
+        int view = -1;
+        return known && FindPieceInViews(p, piece, &view, nullptr) ? view : -1;
+    }
+    case BOARD_ASK_GROUP: return known ? LRESULT(p->pieces[piece].group) : -1;
+    case BOARD_ASK_GRID: return LRESULT(MAKELONG(WORD(p->rows), WORD(p->cols)));
+    case BOARD_ASK_CELL: return LRESULT(MAKELONG(WORD(p->cellWidth), WORD(p->cellHeight)));
+    case BOARD_ASK_BOX: return LRESULT(MAKELONG(WORD(p->boxWidth), WORD(p->boxHeight)));
+    case BOARD_ASK_FINISHED: return p->finished;
+    case BOARD_ASK_DEPTH: {
+        uint32_t position = 0;
+        return known && FindPieceInViews(p, piece, nullptr, &position) ? LRESULT(position) : -1;
+    }
+    case BOARD_ASK_MARGIN:
+        return LRESULT(MAKELONG(WORD((p->boxWidth - p->cellWidth) / 2), WORD((p->boxHeight - p->cellHeight) / 2)));
+    }
+    return -1;
+}
 
 HWND ViewWindow(int view) {
     if (view < 0 || view >= kViewCount) return nullptr;

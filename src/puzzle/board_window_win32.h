@@ -28,6 +28,23 @@ struct BoardCursors {
 };
 extern BoardCursors g_boardCursors;
 
+// Read-only questions any process may send to the table view (control id 106) to learn the state of the
+// game, as the end-to-end tests do: wParam = (question << 24) | piece index; the answer packs two signed
+// 16-bit numbers as MAKELONG(first, second), or one number; -1 when there is no puzzle or no such piece.
+constexpr UINT PM_BOARD_QUERY = WM_APP + 0x2A0;
+enum BoardQuestion {
+    BOARD_ASK_POSITION = 0,  // MAKELONG(x, y): the piece's box in its view's coordinates
+    BOARD_ASK_VIEW = 1,      // the view holding the piece, 0 .. 6
+    BOARD_ASK_GROUP = 2,     // the piece's group id, 0 when alone
+    BOARD_ASK_GRID = 3,      // MAKELONG(rows, cols)
+    BOARD_ASK_CELL = 4,      // MAKELONG(w, h)
+    BOARD_ASK_BOX = 5,       // MAKELONG(W, H)
+    BOARD_ASK_FINISHED = 6,  // 1 once the puzzle is shown complete
+    BOARD_ASK_DEPTH = 7,     // the piece's place in its view's run, 0 on top
+    BOARD_ASK_MARGIN = 8,    // MAKELONG(mx, my): the tab margins of a box
+};
+LRESULT AnswerBoardQuery(WPARAM question);
+
 // The save button of the playing screen, enabled by every change to the puzzle; null while there is none.
 extern HWND g_saveButton;
 
