@@ -43,6 +43,16 @@ xvfb-run -a -s "-screen 0 1024x768x24 -nolisten tcp" bash -c '
     sleep 8
     window=$(xdotool search --name "Tavirel - Wine desktop" | head -n 1)
     import -window "$window" "$3/start.png"
+    # New puzzle, the first picture, start: the panel stands centred, 640 x 300.
+    click() { xdotool mousemove --window "$window" $(($1 + 6)) $(($2 + 6)); sleep 0.1;
+              xdotool mousemove --window "$window" "$1" "$2"; sleep 0.1; xdotool click 1; sleep 0.5; }
+    click 80 36
+    sleep 1
+    click $((192 + 160)) $((234 + 151))
+    click $((192 + 271)) $((234 + 260))
+    sleep 2
+    import -window "$window" "$3/puzzle.png"
     wineserver -k
 ' run "$game" "$wine" "$shots"
 echo "Start screen: $shots/start.png"
+echo "A started puzzle: $shots/puzzle.png"

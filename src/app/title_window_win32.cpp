@@ -72,12 +72,14 @@ static void Title_OnDestroy() {
     g_titleWindow = nullptr;
 }
 
-// The tile is laid from the update rectangle's left edge: the bar texture is uniform, so no seam shows.
+// The tiles keep to one grid from the bar's left edge, so a wood grain that is not uniform across the
+// tile shows no seam where only part of the bar is redrawn.
 static void Title_Paint(HDC dc, const RECT& update) {
     const uint8_t* tile = ImageObject_Dib(&g_tile);
     if (tile && update.top < 79 && update.right > update.left) {
         int32_t tileWidth = DibHeaderOf(tile)->biWidth, tileHeight = DibHeaderOf(tile)->biHeight;
-        for (int32_t x = update.left; x < update.right && tileWidth > 0; x += tileWidth)
+        int32_t first = tileWidth > 0 ? update.left - update.left % tileWidth : update.right;
+        for (int32_t x = first; x < update.right && tileWidth > 0; x += tileWidth)
             DrawPackedDib(dc, x, update.top, tileWidth, tileHeight - update.top, tile, 0, update.top);
     }
     SetBkMode(dc, TRANSPARENT);
@@ -136,7 +138,16 @@ HWND CreateTitleWindow(HWND parent) {
 void ShowClock(uint32_t, uint32_t hours, uint32_t minutes, uint32_t seconds) {
     FormatClock(hours, minutes, seconds, g_clockText, sizeof g_clockText);
     if (!g_titleWindow) return;
-    RECT clock = {g_clockX, 10, g_clockX + 140, 60};
+    // 140 pixels hold the clock in most faces; a wider rendering (or 100 hours) widens the redraw with it.
+    int32_t width = 140;
+    HDC dc = GetDC(g_titleWindow);
+    HGDIOBJ oldFont = SelectObject(dc, g_clockFont);
+    SIZE extent;
+    if (GetTextExtentPoint32A(dc, g_clockText, int(std::strlen(g_clockText)), &extent) && extent.cx + 4 > width)
+        width = extent.cx + 4;
+    SelectObject(dc, oldFont);
+    ReleaseDC(g_titleWindow, dc);
+    RECT clock = {g_clockX, 10, g_clockX + width, 60};
     InvalidateRect(g_titleWindow, &clock, FALSE);
 }
 

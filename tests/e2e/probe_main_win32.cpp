@@ -1,14 +1,27 @@
 // e2e_probe.exe: looks into a running game from a second Wine process in the same desktop, for the
-// end-to-end scripts.
+// end-to-end scripts. Positions it prints are in the desktop's coordinates.
 //   e2e_probe notice [seconds]   waits for the start-up notice, prints "NOTICE: <text>" and the classes of
 //                                the other top-level windows, then presses OK
 //   e2e_probe windows            prints the class of every visible top-level window
+//   e2e_probe wait CLASS [s]     waits until a visible top-level window of that class exists
+//   e2e_probe rect CLASS         prints "RECT: left top right bottom" of that top-level window
+//   e2e_probe child CLASS ID     prints "CENTRE: x y" of the child with that control id (and class
+//                                CQMCHECK, CQMANIM, CQMSROLL, CWNDPREVFS... given as ID@CLASS)
 //   e2e_probe screen             prints "SCREEN: <width> <height> <bits per pixel>"
+//   e2e_probe plan-join          picks the topmost loose piece on the table and one of its true
+//                                neighbours; prints "PAIR moved anchor", "PRESS x y", "RELEASE x y"
+//   e2e_probe pair A B           prints "GROUPS: ga gb" and "FINISHED: f"
+//   e2e_probe plan-place A X Y   the next piece to lay beside the pieces already laid round anchor A
+//                                (A = -1: the topmost piece goes to table position X, Y); prints
+//                                "PAIR moved A", "PRESS x y", "RELEASE x y", or "DONE"
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include "puzzle/board_window_win32.h"
 
 static BOOL CALLBACK PrintWindowClass(HWND window, LPARAM) {
     if (!IsWindowVisible(window)) return TRUE;
@@ -40,19 +53,190 @@ static int Notice(int seconds) {
     return 0;
 }
 
+static HWND VisibleTopLevel(const char* className) {
+    for (HWND window = FindWindowExA(nullptr, nullptr, className, nullptr); window;
+         window = FindWindowExA(nullptr, window, className, nullptr))
+        if (IsWindowVisible(window)) return window;
+    return nullptr;
+}
+
+static int Wait(const char* className, int seconds) {
+    for (int waited = 0; waited < seconds * 10; ++waited) {
+        if (VisibleTopLevel(className)) {
+            std::printf("FOUND: %s\n", className);
+            return 0;
+        }
+        Sleep(100);
+    }
+    std::printf("MISSING: %s\n", className);
+    EnumWindows(PrintWindowClass, 0);
+    return 1;
+}
+
+static int Rect(const char* className) {
+    HWND window = VisibleTopLevel(className);
+    RECT r;
+    if (!window || !GetWindowRect(window, &r)) return 1;
+    std::printf("RECT: %ld %ld %ld %ld\n", r.left, r.top, r.right, r.bottom);
+    return 0;
+}
+
+struct ChildSearch {
+    int id;
+    const char* className;  // null: any
+    HWND found;
+};
+
+static BOOL CALLBACK MatchChild(HWND child, LPARAM context) {
+    ChildSearch* search = reinterpret_cast<ChildSearch*>(context);
+    char name[64] = "";
+    GetClassNameA(child, name, sizeof name);
+    if (GetDlgCtrlID(child) == search->id && (!search->className || !std::strcmp(name, search->className))) {
+        search->found = child;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+// "300@CQMCHECK" names the control with id 300 among the check boxes.
+static int Child(const char* topClass, const char* idAndClass) {
+    HWND top = VisibleTopLevel(topClass);
+    if (!top) return 1;
+    std::string spec(idAndClass);
+    size_t at = spec.find('@');
+    std::string className = at == std::string::npos ? "" : spec.substr(at + 1);
+    ChildSearch search{std::atoi(spec.c_str()), className.empty() ? nullptr : className.c_str(), nullptr};
+    EnumChildWindows(top, MatchChild, reinterpret_cast<LPARAM>(&search));
+    RECT r;
+    if (!search.found || !GetWindowRect(search.found, &r)) return 1;
+    std::printf("CENTRE: %ld %ld\n", (r.left + r.right) / 2, (r.top + r.bottom) / 2);
+    return 0;
+}
+
+static HWND Table() {
+    HWND main = VisibleTopLevel("CWNDBACK");
+    return main ? GetDlgItem(main, kTableControlId) : nullptr;
+}
+
+static LRESULT Ask(HWND table, int question, int piece = 0) {
+    return SendMessageA(table, PM_BOARD_QUERY, WPARAM((unsigned(question) << 24) | unsigned(piece)), 0);
+}
+
+static POINT Pair(LRESULT answer) {
+    POINT p = {short(LOWORD(answer)), short(HIWORD(answer))};
+    return p;
+}
+
+// The topmost piece of the table is never covered: it moves onto the place beside a true neighbour.
+static int PlanJoin() {
+    HWND table = Table();
+    if (!table || Ask(table, BOARD_ASK_GRID) == -1) return 1;
+    POINT grid = Pair(Ask(table, BOARD_ASK_GRID)), cell = Pair(Ask(table, BOARD_ASK_CELL));
+    POINT margin = Pair(Ask(table, BOARD_ASK_MARGIN));
+    int rows = grid.x, cols = grid.y, count = rows * cols, top = -1;
+    for (int i = 0; i < count; ++i)
+        if (Ask(table, BOARD_ASK_VIEW, i) == 6 && Ask(table, BOARD_ASK_DEPTH, i) == 0 && Ask(table, BOARD_ASK_GROUP, i) == 0)
+            top = i;
+    if (top < 0) return 1;
+    int r = top / cols, c = top % cols;
+    const int dr[4] = {0, 0, -1, 1}, dc[4] = {-1, 1, 0, 0};
+    for (int k = 0; k < 4; ++k) {
+        int nr = r + dr[k], nc = c + dc[k];
+        if (nr < 0 || nc < 0 || nr >= rows || nc >= cols) continue;
+        int anchor = nr * cols + nc;
+        if (Ask(table, BOARD_ASK_VIEW, anchor) != 6) continue;
+        POINT from = Pair(Ask(table, BOARD_ASK_POSITION, top)), to = Pair(Ask(table, BOARD_ASK_POSITION, anchor));
+        // Where the moved piece belongs: the anchor's box shifted by one cell the other way.
+        POINT target = {to.x - dc[k] * cell.x, to.y - dr[k] * cell.y};
+        POINT press = {from.x + margin.x + cell.x / 2, from.y + margin.y + cell.y / 2};
+        POINT release = {press.x + (target.x - from.x), press.y + (target.y - from.y)};
+        ClientToScreen(table, &press);
+        ClientToScreen(table, &release);
+        std::printf("PAIR %d %d\nPRESS %ld %ld\nRELEASE %ld %ld\n", top, anchor, press.x, press.y, release.x,
+                    release.y);
+        return 0;
+    }
+    return 1;
+}
+
+// Anchor a's set: a itself and the pieces of its group.
+static bool InSet(HWND table, int piece, int anchor) {
+    if (piece == anchor) return true;
+    LRESULT g = Ask(table, BOARD_ASK_GROUP, anchor);
+    return g != 0 && Ask(table, BOARD_ASK_GROUP, piece) == g;
+}
+
+static int PlanPlace(int anchor, int x, int y) {
+    HWND table = Table();
+    if (!table || Ask(table, BOARD_ASK_GRID) == -1) return 1;
+    POINT grid = Pair(Ask(table, BOARD_ASK_GRID)), cell = Pair(Ask(table, BOARD_ASK_CELL));
+    POINT margin = Pair(Ask(table, BOARD_ASK_MARGIN));
+    int rows = grid.x, cols = grid.y, count = rows * cols;
+    int best = -1;
+    LRESULT bestDepth = 0x7FFFFFFF;
+    for (int i = 0; i < count; ++i) {
+        if (Ask(table, BOARD_ASK_VIEW, i) != 6) continue;
+        if (anchor >= 0) {
+            if (InSet(table, i, anchor)) continue;
+            // Only a piece with a laid neighbour can join the laid pieces.
+            int r = i / cols, c = i % cols;
+            bool touches = (c > 0 && InSet(table, i - 1, anchor)) || (c + 1 < cols && InSet(table, i + 1, anchor)) ||
+                           (r > 0 && InSet(table, i - cols, anchor)) ||
+                           (r + 1 < rows && InSet(table, i + cols, anchor));
+            if (!touches) continue;
+        }
+        LRESULT depth = Ask(table, BOARD_ASK_DEPTH, i);
+        if (depth < bestDepth) {
+            bestDepth = depth;
+            best = i;
+        }
+    }
+    if (best < 0) {
+        std::printf("DONE\n");
+        return 0;
+    }
+    POINT from = Pair(Ask(table, BOARD_ASK_POSITION, best)), target = {x, y};
+    if (anchor >= 0) {
+        POINT at = Pair(Ask(table, BOARD_ASK_POSITION, anchor));
+        target.x = at.x + (best % cols - anchor % cols) * cell.x;
+        target.y = at.y + (best / cols - anchor / cols) * cell.y;
+    }
+    POINT press = {from.x + margin.x + cell.x / 2, from.y + margin.y + cell.y / 2};
+    POINT release = {press.x + (target.x - from.x), press.y + (target.y - from.y)};
+    ClientToScreen(table, &press);
+    ClientToScreen(table, &release);
+    std::printf("PAIR %d %d\nPRESS %ld %ld\nRELEASE %ld %ld\n", best, anchor, press.x, press.y, release.x, release.y);
+    return 0;
+}
+
+static int ShowPair(int a, int b) {
+    HWND table = Table();
+    if (!table) return 1;
+    std::printf("GROUPS: %ld %ld\nFINISHED: %ld\n", long(Ask(table, BOARD_ASK_GROUP, a)),
+                long(Ask(table, BOARD_ASK_GROUP, b)), long(Ask(table, BOARD_ASK_FINISHED)));
+    return 0;
+}
+
 int main(int argc, char** argv) {
-    if (argc >= 2 && !std::strcmp(argv[1], "notice")) return Notice(argc >= 3 ? std::atoi(argv[2]) : 20);
-    if (argc >= 2 && !std::strcmp(argv[1], "windows")) {
+    std::string verb = argc >= 2 ? argv[1] : "";
+    if (verb == "notice") return Notice(argc >= 3 ? std::atoi(argv[2]) : 20);
+    if (verb == "windows") {
         EnumWindows(PrintWindowClass, 0);
         return 0;
     }
-    if (argc >= 2 && !std::strcmp(argv[1], "screen")) {
+    if (verb == "wait" && argc >= 3) return Wait(argv[2], argc >= 4 ? std::atoi(argv[3]) : 20);
+    if (verb == "rect" && argc >= 3) return Rect(argv[2]);
+    if (verb == "child" && argc >= 4) return Child(argv[2], argv[3]);
+    if (verb == "plan-join") return PlanJoin();
+    if (verb == "pair" && argc >= 4) return ShowPair(std::atoi(argv[2]), std::atoi(argv[3]));
+    if (verb == "plan-place" && argc >= 5) return PlanPlace(std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4]));
+    if (verb == "screen") {
         HDC screen = GetDC(nullptr);
         std::printf("SCREEN: %d %d %d\n", GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
                     GetDeviceCaps(screen, BITSPIXEL));
         ReleaseDC(nullptr, screen);
         return 0;
     }
-    std::fprintf(stderr, "usage: e2e_probe notice [seconds] | windows | screen\n");
+    std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|rect|child|screen|plan-join|pair ...\n");
     return 2;
 }

@@ -1,0 +1,141 @@
+#!/usr/bin/env bash
+# Two short games with the real Tavirel.exe in a 1024 x 768 Wine desktop, driven from outside with
+# xdotool. First: past the opening clip, the new-puzzle screen, a picture and the fewest pieces, start,
+# one piece dragged onto its true neighbour (they must join), then the assemble button (the puzzle is
+# shown complete). Second: the smallest size, 2 x 2, every piece dragged into place, and the completion
+# clip starts.
+#   play_test.sh BUILD_DIR GAME_FOLDER SCREENSHOT_FOLDER
+set -uo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+. "$here/e2e_lib.sh"
+build=$1
+assets=$2
+shots=$3
+[ -f "$assets/Tavirel.rf" ] || e2e_fail "no game folder at $assets (the native build makes it)"
+
+game="$build/e2e-game"
+rm -rf "$game" "$shots"
+mkdir -p "$game" "$shots"
+cp -r "$assets/." "$game/"
+cp "$build/Tavirel.exe" "$build/e2e_probe.exe" "$game/"
+cd "$game" || e2e_fail "no game folder"
+
+name=e2eplay
+probe() { "$TAVIREL_WINE" explorer "/desktop=$name,1024x768" e2e_probe.exe "$@" 2>/dev/null | tr -d '\r'; }
+shot() { import -window "$(xdotool search --name "^$name - Wine desktop\$" | head -n 1)" "$shots/$1.png"; }
+desktop() { xdotool search --name "^$name - Wine desktop\$" | head -n 1; }
+# Pointer moves are made relative to the desktop window; a click needs real movement before it.
+click() {
+    local w
+    w=$(desktop)
+    xdotool mousemove --window "$w" $(($1 + 7)) $(($2 + 7))
+    sleep 0.1
+    xdotool mousemove --window "$w" "$1" "$2"
+    sleep 0.1
+    xdotool click 1
+    sleep 0.3
+}
+
+drag() {  # from x, y to x, y in steps, as a hand would
+    local w=$(desktop) fx=$1 fy=$2 tx=$3 ty=$4
+    xdotool mousemove --window "$w" $((fx + 5)) $((fy + 5))
+    sleep 0.1
+    xdotool mousemove --window "$w" "$fx" "$fy"
+    sleep 0.2
+    xdotool mousedown 1
+    for step in 1 2 3 4 5 6 7 8 9 10; do
+        xdotool mousemove --window "$w" $((fx + (tx - fx) * step / 10)) $((fy + (ty - fy) * step / 10))
+        sleep 0.05
+    done
+    sleep 0.2
+    xdotool mouseup 1
+    sleep 0.8
+}
+
+e2e_desktop "$name" 1024x768 Tavirel.exe
+sleep 2
+probe wait CWNDVIDEO 10 >/dev/null && shot 01-opening-clip
+click 512 384   # a click ends the opening clip
+probe wait CWNDBACK 20 | grep -q FOUND || e2e_fail "no main window"
+sleep 1
+shot 02-main-screen
+
+click 80 36     # the title bar's new-puzzle button
+probe wait CWNDNEW 10 | grep -q FOUND || e2e_fail "the new-puzzle screen did not open"
+sleep 0.5
+read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
+# Places inside the panel: the first thumbnail, the pieces tab, the count slider's lower button, start.
+click $((left + 160)) $((top + 151))
+sleep 0.5
+shot 03-picture-chosen
+click $((left + 418)) $((top + 26))
+sleep 0.8
+for _ in $(seq 1 40); do
+    xdotool mousemove --window "$(desktop)" $((left + 375)) $((top + 205)) click 1
+    sleep 0.05
+done
+sleep 0.5
+shot 04-fewest-pieces
+click $((left + 271)) $((top + 260))
+probe wait CWNDNEW 1 | grep -q MISSING || sleep 2
+sleep 1
+shot 05-puzzle-started
+
+plan=$(probe plan-join)
+echo "$plan"
+read -r _ moved anchor < <(grep PAIR <<<"$plan") || e2e_fail "no piece pair to join"
+read -r _ px py < <(grep PRESS <<<"$plan")
+read -r _ rx ry < <(grep RELEASE <<<"$plan")
+w=$(desktop)
+drag "$px" "$py" "$rx" "$ry"
+shot 06-pieces-joined
+groups=$(probe pair "$moved" "$anchor")
+echo "$groups"
+read -r _ ga gb < <(grep GROUPS <<<"$groups")
+[ "$ga" != 0 ] && [ "$ga" = "$gb" ] || e2e_fail "pieces $moved and $anchor did not join (groups $ga $gb)"
+
+# The tools panel slides out at the left edge; its first button assembles the puzzle.
+xdotool mousemove --window "$w" 300 300
+sleep 0.2
+xdotool mousemove --window "$w" 10 300
+sleep 0.6
+click 25 $((78 + (768 - 78) / 5 - 35 + 25))
+sleep 1
+probe pair 0 1 | grep -q "FINISHED: 1" || e2e_fail "the assemble button did not show the puzzle complete"
+xdotool mousemove --window "$w" 500 300
+sleep 0.5
+shot 07-assembled
+
+# Second game: the smallest size gives 2 x 2 pieces, laid one by one at the top of the table.
+click 80 36
+probe wait CWNDNEW 10 | grep -q FOUND || e2e_fail "the new-puzzle screen did not open again"
+sleep 0.5
+read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
+click $((left + 160)) $((top + 151))
+click $((left + 292)) $((top + 26))   # the size tab
+sleep 0.8
+for _ in $(seq 1 110); do
+    xdotool mousemove --window "$w" $((left + 375)) $((top + 205)) click 1
+    sleep 0.02
+done
+shot 08-smallest-size
+click $((left + 271)) $((top + 260))
+sleep 2
+shot 09-small-puzzle
+anchor=-1
+for _ in $(seq 1 30); do
+    plan=$(probe plan-place "$anchor" 300 30)
+    grep -q DONE <<<"$plan" && break
+    read -r _ moved _ < <(grep PAIR <<<"$plan") || e2e_fail "no piece to lay: $plan"
+    read -r _ px py < <(grep PRESS <<<"$plan")
+    read -r _ rx ry < <(grep RELEASE <<<"$plan")
+    drag "$px" "$py" "$rx" "$ry"
+    [ "$anchor" = -1 ] && anchor=$moved
+    probe windows | grep -q CWNDVIDEO && break
+done
+probe wait CWNDVIDEO 10 | grep -q FOUND || e2e_fail "the completion clip did not start"
+sleep 0.5
+shot 10-completion-clip
+e2e_close_desktop "$name"
+echo "screenshots in $shots"
+echo "PASS"
