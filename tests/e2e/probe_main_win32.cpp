@@ -102,10 +102,10 @@ static BOOL CALLBACK MatchChild(HWND child, LPARAM context) {
 static int Child(const char* topClass, const char* idAndClass) {
     HWND top = VisibleTopLevel(topClass);
     if (!top) return 1;
-    std::string spec(idAndClass);
-    size_t at = spec.find('@');
-    std::string className = at == std::string::npos ? "" : spec.substr(at + 1);
-    ChildSearch search{std::atoi(spec.c_str()), className.empty() ? nullptr : className.c_str(), nullptr};
+    std::string wanted(idAndClass);
+    size_t at = wanted.find('@');
+    std::string className = at == std::string::npos ? "" : wanted.substr(at + 1);
+    ChildSearch search{std::atoi(wanted.c_str()), className.empty() ? nullptr : className.c_str(), nullptr};
     EnumChildWindows(top, MatchChild, reinterpret_cast<LPARAM>(&search));
     RECT r;
     if (!search.found || !GetWindowRect(search.found, &r)) return 1;
