@@ -19,19 +19,10 @@
 #include "gfx/dib.h"
 #include "gfx/pack.h"
 #include "setup/piece_box_win32.h"
+#include "message_log_win32.h"
 #include "win32_support.h"
 
 namespace {
-
-void Pump(DWORD ms) {
-    DWORD end = GetTickCount() + ms;
-    for (;;) {
-        FlushMessages();
-        DWORD now = GetTickCount();
-        if (int(end - now) <= 0) break;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, end - now, QS_ALLINPUT);
-    }
-}
 
 // A parent that answers PM_CHILDCHAR with a chosen value and counts what it was offered.
 LRESULT g_childCharAnswer;
@@ -203,7 +194,7 @@ struct LanguageChooser : ::testing::Test {
     }
     void Click(HWND chooser, HWND control) {
         SendMessageA(chooser, PM_NOTIFY, NOTIFY_CLICKED, reinterpret_cast<LPARAM>(control));
-        Pump(50);
+        PumpMessages(50);
     }
 };
 
@@ -272,22 +263,11 @@ struct SideButtonPack {
 };
 
 void ClickAt(int x, int y) {
-    int sx = GetSystemMetrics(SM_CXSCREEN) - 1, sy = GetSystemMetrics(SM_CYSCREEN) - 1;
-    INPUT input[3] = {};
-    for (INPUT& in : input) {
-        in.type = INPUT_MOUSE;
-        in.mi.dx = x * 65535 / sx;
-        in.mi.dy = y * 65535 / sy;
-    }
-    input[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    input[1].mi.dwFlags = MOUSEEVENTF_LEFTDOWN | MOUSEEVENTF_ABSOLUTE;
-    input[2].mi.dwFlags = MOUSEEVENTF_LEFTUP | MOUSEEVENTF_ABSOLUTE;
-    SetCursorPos(x - 30, y - 30);
-    Pump(30);
-    SendInput(1, &input[0], sizeof(INPUT));
-    Pump(60);
-    SendInput(2, &input[1], sizeof(INPUT));
-    Pump(150);
+    PointerTo(x - 30, y - 30);  // real movement first, so the button sees the pointer arrive
+    PointerTo(x, y);
+    LeftDown();
+    LeftUp();
+    PumpMessages(100);
 }
 
 }  // namespace
@@ -295,6 +275,7 @@ void ClickAt(int x, int y) {
 // The boxes are still plain placeholder panels (CWNDBOX without its tray view): what is tested here is
 // the side button's click showing and hiding box i, which the real trays will keep.
 TEST(PointerMainWindow, SideButtonClickedTwiceShowsThenHidesItsBox) {
+    PointerLock lock;
     HINSTANCE instance = GetModuleHandleA(nullptr);
     RegisterControlClasses(instance);
     RegisterMainWindowClass(instance);
@@ -312,7 +293,7 @@ TEST(PointerMainWindow, SideButtonClickedTwiceShowsThenHidesItsBox) {
     SetWindowPos(main, HWND_TOP, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top,
                  SWP_SHOWWINDOW);
     SetForegroundWindow(main);
-    Pump(100);
+    PumpMessages(100);
     for (int i : {0, 3, 5}) {
         ASSERT_NE(g_sideButtons[i], nullptr);
         RECT button;

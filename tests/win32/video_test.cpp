@@ -12,6 +12,7 @@
 #include "controls/control_messages.h"
 #include "controls/controls_win32.h"
 #include "extras/video_win32.h"
+#include "message_log_win32.h"
 #include "win32_support.h"
 
 #ifndef TAVIREL_CLIP_DIR
@@ -22,20 +23,10 @@ namespace {
 
 int g_openingDone, g_completionDone, g_musicPaused, g_musicResumed;
 
-void Pump(DWORD ms) {
-    DWORD end = GetTickCount() + ms;
-    for (;;) {
-        FlushMessages();
-        DWORD now = GetTickCount();
-        if (int(end - now) <= 0) break;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, end - now, QS_ALLINPUT);
-    }
-}
-
 // Pumps until the window is gone or the time is up; true when it went.
 bool WaitUntilGone(HWND window, DWORD ms) {
     DWORD end = GetTickCount() + ms;
-    while (IsWindow(window) && int(end - GetTickCount()) > 0) Pump(50);
+    while (IsWindow(window) && int(end - GetTickCount()) > 0) PumpMessages(50);
     return !IsWindow(window);
 }
 
@@ -84,7 +75,7 @@ TEST_F(VideoFixture, CompletionClipClosesOnAClickAndLeadsOn) {
     ASSERT_NE(video, nullptr);
     EXPECT_NE(VideoDevice(), 0u);
     EXPECT_FALSE(IsWindowEnabled(main.hwnd));
-    Pump(200);
+    PumpMessages(200);
     PostMessageA(video, WM_LBUTTONUP, 0, 0);
     ASSERT_TRUE(WaitUntilGone(video, 2000));
     EXPECT_EQ(VideoDevice(), 0u);
@@ -96,7 +87,7 @@ TEST_F(VideoFixture, CompletionClipClosesOnAClickAndLeadsOn) {
 TEST_F(VideoFixture, OpeningClipClosesOnAKey) {
     HWND video = OpenVideo(VIDEO_OPENING);
     ASSERT_NE(video, nullptr);
-    Pump(200);
+    PumpMessages(200);
     PostMessageA(video, WM_CHAR, 'x', 1);
     ASSERT_TRUE(WaitUntilGone(video, 2000));
     EXPECT_EQ(g_openingDone, 1);
@@ -105,7 +96,7 @@ TEST_F(VideoFixture, OpeningClipClosesOnAKey) {
 TEST_F(VideoFixture, OpeningClipClosesAtItsEnd) {
     HWND video = OpenVideo(VIDEO_OPENING);
     ASSERT_NE(video, nullptr);
-    Pump(500);
+    PumpMessages(500);
     EXPECT_TRUE(IsWindow(video));  // still playing half a second in
     ASSERT_TRUE(WaitUntilGone(video, 15000));
     EXPECT_EQ(g_openingDone, 1);
@@ -117,7 +108,7 @@ TEST_F(VideoFixture, FramedClipStaysOnClicksKeysAndItsEnd) {
     PostMessageA(video, WM_LBUTTONUP, 0, 0);
     PostMessageA(video, WM_CHAR, 'x', 1);
     PostMessageA(video, MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, LPARAM(VideoDevice()));
-    Pump(300);
+    PumpMessages(300);
     EXPECT_TRUE(IsWindow(video));
     SendMessageA(video, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsWindow(video));
@@ -138,19 +129,19 @@ TEST_F(VideoFixture, ReplayWhilePlayingDoesNothingAndRestartsAStoppedClip) {
         if (at.x - origin.x == ox + 296 && at.y - origin.y == oy + 378) replay = child;
     }
     ASSERT_NE(replay, nullptr);
-    Pump(800);
+    PumpMessages(800);
     DWORD before = ClipStatus(MCI_STATUS_POSITION);
     ASSERT_EQ(ClipStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     SendMessageA(video, PM_NOTIFY, NOTIFY_CLICKED, LPARAM(replay));
-    Pump(100);
+    PumpMessages(100);
     EXPECT_GE(ClipStatus(MCI_STATUS_POSITION), before);  // not sent back to the start
     // Once the clip has stopped at its end, replay plays it again from the start.
     DWORD end = GetTickCount() + 15000;
-    while (ClipStatus(MCI_STATUS_MODE) != MCI_MODE_STOP && int(end - GetTickCount()) > 0) Pump(100);
+    while (ClipStatus(MCI_STATUS_MODE) != MCI_MODE_STOP && int(end - GetTickCount()) > 0) PumpMessages(100);
     ASSERT_EQ(ClipStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_STOP));
     DWORD atEnd = ClipStatus(MCI_STATUS_POSITION);
     SendMessageA(video, PM_NOTIFY, NOTIFY_CLICKED, LPARAM(replay));
-    Pump(100);
+    PumpMessages(100);
     EXPECT_EQ(ClipStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     EXPECT_LT(ClipStatus(MCI_STATUS_POSITION), atEnd);
     SendMessageA(video, WM_CLOSE, 0, 0);
