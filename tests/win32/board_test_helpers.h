@@ -17,6 +17,7 @@
 #include "controls/control_messages.h"
 #include "extras/video_win32.h"
 #include "gfx/dib.h"
+#include "gfx/pack_writer.h"
 #include "gfx/pack.h"
 #include "message_log_win32.h"
 #include "puzzle/board_logic.h"
@@ -81,21 +82,6 @@ inline uint8_t* MakeBoardPattern() {
 // Every pixel its own colour, no channel 0 or 255.
 inline COLORREF BoardPhotoColor(int x, int y) { return PatternColor(x, y, 11); }
 
-// A ".bmp" file holding a packed DIB.
-inline bool WriteBoardBmp(const std::string& path, const uint8_t* dib) {
-    const DibHeader* h = DibHeaderOf(dib);
-    uint32_t colors = h->biBitCount == 8 ? (h->biClrUsed ? h->biClrUsed : 256) : 0;
-    uint32_t pixelsAt = 54 + 4 * colors, size = pixelsAt + h->biSizeImage;
-    std::string bytes(14, '\0');
-    bytes[0] = 'B';
-    bytes[1] = 'M';
-    std::memcpy(&bytes[2], &size, 4);
-    std::memcpy(&bytes[10], &pixelsAt, 4);
-    bytes.append(reinterpret_cast<const char*>(dib), 40);
-    bytes.append(reinterpret_cast<const char*>(dib) + 40, 4 * colors);
-    bytes.append(reinterpret_cast<const char*>(dib) + 1064, h->biSizeImage);
-    return WriteFileBytes(path, bytes);
-}
 
 // ---- The tray window: hidden, it logs the notices its view sends ---------------------------------------
 
@@ -220,7 +206,7 @@ struct BoardScreen {
         std::string pack = folder.File("Tavirel.rf"), picture = folder.File("photo.bmp");
         EXPECT_TRUE(WriteTestPack(pack, {{kArtCutPattern, pattern}}));
         EXPECT_TRUE(OpenPack(&g_pack, pack.c_str()));
-        EXPECT_TRUE(WriteBoardBmp(picture, photo));
+        EXPECT_TRUE(WriteDibAsBmp(picture.c_str(), photo));
         EXPECT_TRUE(LoadCurrentPicture(picture.c_str()));
         SetTableTexture(&g_puzzle, cloth);
         g_puzzle.rows = 2;

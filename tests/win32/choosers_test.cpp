@@ -10,6 +10,7 @@
 #include "app/art_ids.h"
 #include "controls/control_messages.h"
 #include "gfx/dib.h"
+#include "gfx/pack_writer.h"
 #include "message_log_win32.h"
 #include "puzzle/model.h"
 #include "puzzle/picture.h"
@@ -34,21 +35,6 @@ const ExpectedMessage kNothing[] = {{0}};
 COLORREF TextureAt(int x, int y) { return RGB(x * 2 + 1, y * 2 + 1, 77); }
 COLORREF BackdropAt(int x, int y) { return RGB(x % 251, y % 241, 150); }
 
-// A ".bmp" file holding a packed DIB.
-bool WriteBmp(const std::string& path, const uint8_t* dib) {
-    const DibHeader* h = DibHeaderOf(dib);
-    uint32_t colors = h->biBitCount == 8 ? (h->biClrUsed ? h->biClrUsed : 256) : 0;
-    uint32_t pixelsAt = 54 + 4 * colors, size = pixelsAt + h->biSizeImage;
-    std::string bytes(14, '\0');
-    bytes[0] = 'B';
-    bytes[1] = 'M';
-    std::memcpy(&bytes[2], &size, 4);
-    std::memcpy(&bytes[10], &pixelsAt, 4);
-    bytes.append(reinterpret_cast<const char*>(dib), 40);
-    bytes.append(reinterpret_cast<const char*>(dib) + 40, 4 * colors);
-    bytes.append(reinterpret_cast<const char*>(dib) + 1064, h->biSizeImage);
-    return WriteFileBytes(path, bytes);
-}
 
 // A stand-in for the new-puzzle screen on a 1024 x 768 screen (table 947 x 640). The parent keeps to
 // its own screen place, 330 pixels wide: the choosers' right ends are cut off there, so pixels are
@@ -92,7 +78,7 @@ struct ChooserScreen {
     void Choose(int32_t width, int32_t height, COLORREF top = kTopColor, COLORREF bottom = kBottomColor) {
         uint8_t* dib = MakeDib24(width, height, [=](int, int y) { return y < height / 2 ? top : bottom; });
         std::string path = folder.File("photo.bmp");
-        ASSERT_TRUE(WriteBmp(path, dib));
+        ASSERT_TRUE(WriteDibAsBmp(path.c_str(), dib));
         FreePackedDib(dib);
         ASSERT_TRUE(LoadCurrentPicture(path.c_str()));
         PrepareImageForSizing();

@@ -18,6 +18,7 @@
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
 #include "gfx/dib.h"
+#include "gfx/pack_writer.h"
 #include "gfx/file_list.h"
 #include "gfx/pack.h"
 #include "message_log_win32.h"
@@ -40,21 +41,6 @@ const COLORREF kUnpainted = RGB(1, 2, 3);
 // Where test panels stand; pixels are read through WM_PRINTCLIENT, so other windows over them do not matter.
 const POINT kPanelAt = {30, 420};
 
-// A ".bmp" file holding a packed DIB.
-bool WriteBmp(const std::string& path, const uint8_t* dib) {
-    const DibHeader* h = DibHeaderOf(dib);
-    uint32_t colors = h->biBitCount == 8 ? (h->biClrUsed ? h->biClrUsed : 256) : 0;
-    uint32_t pixelsAt = 54 + 4 * colors, size = pixelsAt + h->biSizeImage;
-    std::string bytes(14, '\0');
-    bytes[0] = 'B';
-    bytes[1] = 'M';
-    std::memcpy(&bytes[2], &size, 4);
-    std::memcpy(&bytes[10], &pixelsAt, 4);
-    bytes.append(reinterpret_cast<const char*>(dib), 40);
-    bytes.append(reinterpret_cast<const char*>(dib) + 40, 4 * colors);
-    bytes.append(reinterpret_cast<const char*>(dib) + 1064, h->biSizeImage);
-    return WriteFileBytes(path, bytes);
-}
 
 int g_startCalls = 0;
 int32_t g_startedShape = -1;
@@ -120,7 +106,7 @@ struct NewPuzzleFixture {
     // Image\PhotoK.bmp, a solid picture in colour K.
     void AddPhoto(int k, int32_t width = 640, int32_t height = 480) {
         uint8_t* dib = MakeSolidDib(width, height, kPhotoColors[k]);
-        ASSERT_TRUE(WriteBmp(folder.File(("Image\\Photo" + std::to_string(k) + ".bmp").c_str()), dib));
+        ASSERT_TRUE(WriteDibAsBmp(folder.File(("Image\\Photo" + std::to_string(k) + ".bmp").c_str()).c_str(), dib));
         FreePackedDib(dib);
     }
     void AddPhotos(int count) {

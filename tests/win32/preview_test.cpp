@@ -11,6 +11,7 @@
 #include "app/language_chooser_win32.h"
 #include "controls/control_messages.h"
 #include "gfx/dib.h"
+#include "gfx/pack_writer.h"
 #include "gfx/pack.h"
 #include "message_log_win32.h"
 #include "puzzle/picture.h"
@@ -25,21 +26,6 @@ const COLORREF kTopColor = RGB(200, 30, 60);
 const COLORREF kBottomColor = RGB(30, 60, 200);
 const COLORREF kBlack = RGB(0, 0, 0);
 
-// A ".bmp" file holding a packed DIB.
-bool WriteBmp(const std::string& path, const uint8_t* dib) {
-    const DibHeader* h = DibHeaderOf(dib);
-    uint32_t colors = h->biBitCount == 8 ? (h->biClrUsed ? h->biClrUsed : 256) : 0;
-    uint32_t pixelsAt = 54 + 4 * colors, size = pixelsAt + h->biSizeImage;
-    std::string bytes(14, '\0');
-    bytes[0] = 'B';
-    bytes[1] = 'M';
-    std::memcpy(&bytes[2], &size, 4);
-    std::memcpy(&bytes[10], &pixelsAt, 4);
-    bytes.append(reinterpret_cast<const char*>(dib), 40);
-    bytes.append(reinterpret_cast<const char*>(dib) + 40, 4 * colors);
-    bytes.append(reinterpret_cast<const char*>(dib) + 1064, h->biSizeImage);
-    return WriteFileBytes(path, bytes);
-}
 
 RECT WindowRectOf(HWND hwnd) {
     RECT r = {};
@@ -95,7 +81,7 @@ struct PreviewFixture {
         auto halves = [height](int, int y) { return y < height / 2 ? kTopColor : kBottomColor; };
         uint8_t* dib = MakeDib24(width, height, halves);
         std::string path = folder.File("photo.bmp");
-        ASSERT_TRUE(WriteBmp(path, dib));
+        ASSERT_TRUE(WriteDibAsBmp(path.c_str(), dib));
         FreePackedDib(dib);
         ASSERT_TRUE(LoadCurrentPicture(path.c_str()));
     }
