@@ -52,6 +52,27 @@ drag() {  # from x, y to x, y in steps, as a hand would
     sleep 0.8
 }
 
+# slide_to_end X Y: presses the slider button at X, Y until the slider's value rests at one of its ends.
+# Clicks can be lost on a loaded machine, so the value is read back rather than the clicks counted.
+slide_to_end() {
+    local x=$1 y=$2 last="" now
+    for _ in $(seq 1 40); do
+        for _ in 1 2 3 4 5 6 7 8 9 10; do
+            xdotool mousemove --window "$(desktop)" "$x" "$y" click 1
+            sleep 0.05
+        done
+        sleep 0.3
+        now=$(probe slider CWNDNEW "$x" "$y")
+        read -r _ position minimum maximum <<<"$now"
+        if [ "$now" = "$last" ] && { [ "$position" = "$minimum" ] || [ "$position" = "$maximum" ]; }; then
+            echo "slider at $x, $y: $now"
+            return 0
+        fi
+        last=$now
+    done
+    e2e_fail "the slider at $x, $y never came to rest at an end: $now"
+}
+
 e2e_desktop "$name" 1024x768 Tavirel.exe
 sleep 2
 probe wait CWNDVIDEO 10 >/dev/null && shot 01-opening-clip
@@ -68,17 +89,14 @@ read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-p
 click $((left + 160)) $((top + 151))
 sleep 0.5
 shot 03-picture-chosen
-click $((left + 418)) $((top + 26))
+click $((left + 418)) $((top + 26))   # the pieces tab
 sleep 0.8
-for _ in $(seq 1 40); do
-    xdotool mousemove --window "$(desktop)" $((left + 375)) $((top + 205)) click 1
-    sleep 0.05
-done
-sleep 0.5
+slide_to_end $((left + 375)) $((top + 205))
 shot 04-fewest-pieces
 click $((left + 271)) $((top + 260))
-probe wait CWNDNEW 1 | grep -q MISSING || sleep 2
-sleep 1
+board=$(probe wait-board 90)
+echo "$board"
+grep -q "BOARD: [0-9]" <<<"$board" || e2e_fail "the first puzzle was not laid out: $board"
 shot 05-puzzle-started
 
 plan=$(probe plan-join)
@@ -94,19 +112,25 @@ echo "$groups"
 read -r _ ga gb < <(grep GROUPS <<<"$groups")
 [ "$ga" != 0 ] && [ "$ga" = "$gb" ] || e2e_fail "pieces $moved and $anchor did not join (groups $ga $gb)"
 
-# The tools panel slides out at the left edge; its first button assembles the puzzle.
-xdotool mousemove --window "$w" 300 300
-sleep 0.2
-xdotool mousemove --window "$w" 10 300
-sleep 0.6
-click 25 $((78 + (768 - 78) / 5 - 35 + 25))
-sleep 1
+# The tools panel slides out at the left edge; its first button assembles the puzzle. A loaded machine may
+# still be drawing the slide when the click comes, so the panel is awaited and the press tried again.
+for attempt in 1 2 3; do
+    xdotool mousemove --window "$w" 300 300
+    sleep 0.2
+    xdotool mousemove --window "$w" 10 300
+    probe wait-child CWNDBACK CWNDHerramientas 5 | grep -q FOUND || continue
+    sleep 0.3
+    click 25 $((78 + (768 - 78) / 5 - 35 + 25))
+    sleep 1
+    probe pair 0 1 | grep -q "FINISHED: 1" && break
+    echo "assemble press $attempt did not take"
+done
 probe pair 0 1 | grep -q "FINISHED: 1" || e2e_fail "the assemble button did not show the puzzle complete"
 xdotool mousemove --window "$w" 500 300
 sleep 0.5
 shot 07-assembled
 
-# Second game: the smallest size gives 2 x 2 pieces, laid one by one at the top of the table.
+# Second game: the smallest size and the fewest pieces give 2 x 2, laid one by one at the top of the table.
 click 80 36
 probe wait CWNDNEW 10 | grep -q FOUND || e2e_fail "the new-puzzle screen did not open again"
 sleep 0.5
@@ -114,27 +138,40 @@ read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-p
 click $((left + 160)) $((top + 151))
 click $((left + 292)) $((top + 26))   # the size tab
 sleep 0.8
-for _ in $(seq 1 110); do
-    xdotool mousemove --window "$w" $((left + 375)) $((top + 205)) click 1
-    sleep 0.02
-done
+slide_to_end $((left + 375)) $((top + 205))
 shot 08-smallest-size
+click $((left + 418)) $((top + 26))   # a new size starts from the most pieces: back to the fewest
+sleep 0.8
+slide_to_end $((left + 375)) $((top + 205))
 click $((left + 271)) $((top + 260))
-sleep 2
+board=$(probe wait-board 90)
+echo "$board"
+read -r _ rows cols <<<"$board"
+[ "$rows" = 2 ] && [ "$cols" = 2 ] || e2e_fail "the smallest size did not give 2 x 2 pieces: $board"
 shot 09-small-puzzle
+# The completion clip lasts three seconds; a watcher started now sees it however slow the drags are.
+probe wait CWNDVIDEO 240 >"$game/clip-watch.txt" &
+watcher=$!
 anchor=-1
-for _ in $(seq 1 30); do
+for _ in $(seq 1 12); do
     plan=$(probe plan-place "$anchor" 300 30)
     grep -q DONE <<<"$plan" && break
-    read -r _ moved _ < <(grep PAIR <<<"$plan") || e2e_fail "no piece to lay: $plan"
+    read -r _ moved _ < <(grep PAIR <<<"$plan") || break
     read -r _ px py < <(grep PRESS <<<"$plan")
     read -r _ rx ry < <(grep RELEASE <<<"$plan")
+    echo "laying piece $moved beside $anchor"
     drag "$px" "$py" "$rx" "$ry"
     [ "$anchor" = -1 ] && anchor=$moved
-    probe windows | grep -q CWNDVIDEO && break
+    grep -q FOUND "$game/clip-watch.txt" && break
 done
-probe wait CWNDVIDEO 10 | grep -q FOUND || e2e_fail "the completion clip did not start"
-sleep 0.5
+for _ in $(seq 1 150); do
+    grep -q FOUND "$game/clip-watch.txt" && break
+    kill -0 "$watcher" 2>/dev/null || break
+    sleep 0.1
+done
+kill "$watcher" 2>/dev/null
+wait "$watcher" 2>/dev/null
+grep -q FOUND "$game/clip-watch.txt" || e2e_fail "the completion clip did not start ($(probe pair 0 1 | tr '\n' ' '))"
 shot 10-completion-clip
 e2e_close_desktop "$name"
 echo "screenshots in $shots"

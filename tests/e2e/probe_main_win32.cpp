@@ -8,6 +8,11 @@
 //   e2e_probe child CLASS ID     prints "CENTRE: x y" of the child with that control id (and class
 //                                CQMCHECK, CQMANIM, CQMSROLL, CWNDPREVFS... given as ID@CLASS)
 //   e2e_probe screen             prints "SCREEN: <width> <height> <bits per pixel>"
+//   e2e_probe wait-child TOP CHILD [s]  waits until TOP has a visible child window of class CHILD
+//   e2e_probe slider TOP X Y     prints "SLIDER: position minimum maximum" of the visible CQMSROLL of
+//                                TOP under the desktop point X, Y
+//   e2e_probe wait-board [s]     waits until the new-puzzle screen is gone and the table holds a puzzle;
+//                                prints "BOARD: rows cols"
 //   e2e_probe plan-join          picks the topmost loose piece on the table and one of its true
 //                                neighbours; prints "PAIR moved anchor", "PRESS x y", "RELEASE x y"
 //   e2e_probe pair A B           prints "GROUPS: ga gb" and "FINISHED: f"
@@ -21,6 +26,7 @@
 #include <cstring>
 #include <string>
 
+#include "controls/control_messages.h"
 #include "puzzle/board_window_win32.h"
 
 static BOOL CALLBACK PrintWindowClass(HWND window, LPARAM) {
@@ -113,6 +119,54 @@ static int Child(const char* topClass, const char* idAndClass) {
     return 0;
 }
 
+struct ClassSearch {
+    const char* className;
+    POINT point;  // x < 0: anywhere
+    HWND found;
+};
+
+static BOOL CALLBACK MatchVisibleChild(HWND child, LPARAM context) {
+    ClassSearch* search = reinterpret_cast<ClassSearch*>(context);
+    char name[64] = "";
+    GetClassNameA(child, name, sizeof name);
+    if (!IsWindowVisible(child) || std::strcmp(name, search->className)) return TRUE;
+    RECT r;
+    if (search->point.x >= 0 && (!GetWindowRect(child, &r) || !PtInRect(&r, search->point))) return TRUE;
+    search->found = child;
+    return FALSE;
+}
+
+static HWND VisibleChild(const char* topClass, const char* childClass, POINT point) {
+    HWND top = VisibleTopLevel(topClass);
+    if (!top) return nullptr;
+    ClassSearch search{childClass, point, nullptr};
+    EnumChildWindows(top, MatchVisibleChild, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+static int WaitChild(const char* topClass, const char* childClass, int seconds) {
+    for (int waited = 0; waited < seconds * 10; ++waited) {
+        if (VisibleChild(topClass, childClass, POINT{-1, -1})) {
+            std::printf("FOUND: %s\n", childClass);
+            return 0;
+        }
+        Sleep(100);
+    }
+    std::printf("MISSING: %s\n", childClass);
+    return 1;
+}
+
+static int Slider(const char* topClass, int x, int y) {
+    HWND slider = VisibleChild(topClass, "CQMSROLL", POINT{x, y});
+    if (!slider) {
+        std::printf("SLIDER: none\n");
+        return 1;
+    }
+    std::printf("SLIDER: %ld %ld %ld\n", long(SendMessageA(slider, PM_SCR_GETPOSITION, 0, 0)),
+                long(SendMessageA(slider, PM_SCR_GETMINIMUM, 0, 0)), long(SendMessageA(slider, PM_SCR_GETMAXIMUM, 0, 0)));
+    return 0;
+}
+
 static HWND Table() {
     HWND main = VisibleTopLevel("CWNDBACK");
     return main ? GetDlgItem(main, kTableControlId) : nullptr;
@@ -125,6 +179,22 @@ static LRESULT Ask(HWND table, int question, int piece = 0) {
 static POINT Pair(LRESULT answer) {
     POINT p = {short(LOWORD(answer)), short(HIWORD(answer))};
     return p;
+}
+
+// Cutting runs inside the game's message loop, so the table answers once the puzzle is laid out.
+static int WaitBoard(int seconds) {
+    for (int waited = 0; waited < seconds * 10; ++waited) {
+        HWND table = Table();
+        if (table && !VisibleTopLevel("CWNDNEW") && Ask(table, BOARD_ASK_GRID) != -1) {
+            POINT grid = Pair(Ask(table, BOARD_ASK_GRID));
+            std::printf("BOARD: %ld %ld\n", grid.x, grid.y);
+            return 0;
+        }
+        Sleep(100);
+    }
+    std::printf("BOARD: none\n");
+    EnumWindows(PrintWindowClass, 0);
+    return 1;
 }
 
 // The topmost piece of the table is never covered: it moves onto the place beside a true neighbour.
@@ -227,6 +297,9 @@ int main(int argc, char** argv) {
     if (verb == "wait" && argc >= 3) return Wait(argv[2], argc >= 4 ? std::atoi(argv[3]) : 20);
     if (verb == "rect" && argc >= 3) return Rect(argv[2]);
     if (verb == "child" && argc >= 4) return Child(argv[2], argv[3]);
+    if (verb == "wait-child" && argc >= 4) return WaitChild(argv[2], argv[3], argc >= 5 ? std::atoi(argv[4]) : 20);
+    if (verb == "slider" && argc >= 5) return Slider(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
+    if (verb == "wait-board") return WaitBoard(argc >= 3 ? std::atoi(argv[2]) : 60);
     if (verb == "plan-join") return PlanJoin();
     if (verb == "pair" && argc >= 4) return ShowPair(std::atoi(argv[2]), std::atoi(argv[3]));
     if (verb == "plan-place" && argc >= 5) return PlanPlace(std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4]));
@@ -237,6 +310,6 @@ int main(int argc, char** argv) {
         ReleaseDC(nullptr, screen);
         return 0;
     }
-    std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|rect|child|screen|plan-join|pair ...\n");
+    std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|wait-child|rect|child|slider|screen|wait-board|plan-join|pair|plan-place ...\n");
     return 2;
 }
