@@ -200,19 +200,23 @@ void DrawScrollStrip(cairo_t* cr, int w, const int zones[3]) {
             cairo_rectangle(cr, 0, y, w, h);
             cairo_clip(cr);
             if (zone == 1) {
-                // The track: a sunken walnut groove with a brass grip in its middle.
+                // The track: a sunken walnut groove with engraved brass marks along it. The control has
+                // no thumb (the value shows elsewhere), so nothing here may look like one.
                 DrawWoodBoard(cr, 0, y, w, h, 77, true);
                 RoundedRect(cr, w * 0.3, y + 2, w * 0.4, h - 4, w * 0.2);
                 SetColor(cr, kWalnutDark, 0.85);
                 cairo_fill(cr);
-                double gh = std::min(36.0, h * 0.4);
-                DrawBrassPlate(cr, 3, y + (h - gh) / 2, w - 6, gh, 5, state);
-                for (int k = -1; k <= 1; ++k) {
-                    double ly = y + h / 2.0 + k * 5;
-                    cairo_move_to(cr, w * 0.3, ly);
-                    cairo_line_to(cr, w * 0.7, ly);
-                    SetColor(cr, kBrassDark, 0.8);
-                    cairo_set_line_width(cr, 1.2);
+                const Rgb& mark = state == kStateNormal ? kBrassDark : kBrassLight;
+                double shine = state == kStatePressed ? 1.0 : 0.8;
+                int step = 8, count = (h - 8) / step;
+                double first = y + (h - (count - 1) * step) / 2.0;
+                for (int k = 0; k < count; ++k) {
+                    double ly = std::floor(first + k * step) + 0.5;
+                    double half = (k % 2 == 0) ? w * 0.2 : w * 0.12;
+                    cairo_move_to(cr, w / 2.0 - half, ly);
+                    cairo_line_to(cr, w / 2.0 + half, ly);
+                    SetColor(cr, mark, shine);
+                    cairo_set_line_width(cr, 1);
                     cairo_stroke(cr);
                 }
             } else {
