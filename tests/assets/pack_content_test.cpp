@@ -333,13 +333,112 @@ TEST(GameFolder, PhotographsHaveNumbersTitlesCaptionsAndCredits) {
     EXPECT_TRUE(fs::exists(kDist + "/Credits.txt"));
 }
 
+uint32_t U32At(const std::string& s, size_t at) {
+    uint32_t v = 0;
+    if (at + 4 <= s.size()) std::memcpy(&v, &s[at], 4);
+    return v;
+}
+
+// Decodes one RLE8 frame over `pixels` (rows bottom-up), marking what it draws in `drawn`. False when
+// the stream is malformed: a run or a delta past its row or the picture, a cut-off escape or absolute
+// run (with its padding byte), or no end of bitmap as its last two bytes.
+bool DecodeRle8(const uint8_t* p, size_t n, int width, int height, std::vector<uint8_t>* pixels,
+                std::vector<bool>* drawn) {
+    int x = 0, y = 0;
+    size_t i = 0;
+    while (i + 2 <= n) {
+        int count = p[i], code = p[i + 1];
+        i += 2;
+        if (count > 0) {  // encoded run
+            if (y >= height || x + count > width) return false;
+            for (int k = 0; k < count; ++k, ++x) {
+                (*pixels)[size_t(y) * width + x] = uint8_t(code);
+                (*drawn)[size_t(y) * width + x] = true;
+            }
+        } else if (code == 0) {  // end of line
+            x = 0;
+            if (++y > height) return false;
+        } else if (code == 1) {  // end of bitmap
+            return i == n;
+        } else if (code == 2) {  // delta
+            if (i + 2 > n) return false;
+            x += p[i];
+            y += p[i + 1];
+            i += 2;
+            if (x > width || y >= height) return false;
+        } else {  // absolute run, padded to a 16-bit boundary
+            size_t padded = size_t(code + (code & 1));
+            if (y >= height || x + code > width || i + padded > n) return false;
+            for (int k = 0; k < code; ++k, ++x) {
+                (*pixels)[size_t(y) * width + x] = p[i + size_t(k)];
+                (*drawn)[size_t(y) * width + x] = true;
+            }
+            i += padded;
+        }
+    }
+    return false;
+}
+
 TEST(GameFolder, HasClipsHelpPagesAndTheSaveFolder) {
     for (int kind = 0; kind < 3; ++kind) {
+        SCOPED_TRACE(kind);
         std::string avi = ReadText(kDist + "/Video/" + std::to_string(kind) + ".avi");
-        ASSERT_GT(avi.size(), 1000u) << kind;
+        ASSERT_GT(avi.size(), 1000u);
+        EXPECT_LT(avi.size(), 1500u * 1000u);
         EXPECT_EQ(avi.substr(0, 4), "RIFF");
         EXPECT_EQ(avi.substr(8, 4), "AVI ");
-        EXPECT_NE(avi.find("idx1"), std::string::npos);
+        // 8-bit MS-RLE with its 256-colour palette in the stream format.
+        size_t strh = avi.find("strh"), strf = avi.find("strf"), movi = avi.find("movi"), idx1 = avi.rfind("idx1");
+        while (movi != std::string::npos && (movi < 8 || avi.compare(movi - 8, 4, "LIST") != 0))
+            movi = avi.find("movi", movi + 1);  // the list type, not palette bytes that spell it
+        ASSERT_NE(strh, std::string::npos);
+        ASSERT_NE(strf, std::string::npos);
+        ASSERT_NE(movi, std::string::npos);
+        ASSERT_NE(idx1, std::string::npos);
+        EXPECT_EQ(avi.substr(strh + 8, 4), "vids");
+        EXPECT_EQ(avi.substr(strh + 12, 4), "mrle");
+        EXPECT_EQ(U32At(avi, strf + 4), 40u + 256u * 4u);
+        const int width = int(U32At(avi, strf + 12)), height = int(U32At(avi, strf + 16));
+        EXPECT_EQ(width, kind == 0 ? 320 : 400);
+        EXPECT_EQ(height, kind == 0 ? 240 : 300);
+        uint16_t bits;
+        std::memcpy(&bits, &avi[strf + 22], 2);
+        EXPECT_EQ(bits, 8);
+        EXPECT_EQ(U32At(avi, strf + 24), 1u);  // BI_RLE8
+        EXPECT_EQ(U32At(avi, strf + 40), 256u);
+        // Every frame is well-formed and ends the bitmap; the first is a keyframe and, like every
+        // keyframe, draws every pixel of the stated size.
+        uint32_t frames = U32At(avi, idx1 + 4) / 16;
+        EXPECT_EQ(frames, kind == 0 ? 24u : 36u);
+        ASSERT_GT(frames, 0u);
+        EXPECT_TRUE(U32At(avi, idx1 + 12) & 0x10) << "AVIIF_KEYFRAME";
+        std::vector<uint8_t> pixels(size_t(width) * height);
+        for (uint32_t f = 0; f < frames; ++f) {
+            SCOPED_TRACE(f);
+            size_t entry = idx1 + 8 + 16 * size_t(f);
+            EXPECT_EQ(avi.substr(entry, 4), "00dc");
+            bool keyframe = U32At(avi, entry + 4) & 0x10;
+            size_t chunk = movi + U32At(avi, entry + 8);
+            uint32_t length = U32At(avi, entry + 12);
+            ASSERT_EQ(avi.substr(chunk, 4), "00dc");
+            ASSERT_EQ(U32At(avi, chunk + 4), length);
+            ASSERT_LE(chunk + 8 + length, avi.size());
+            ASSERT_GE(length, 2u);
+            const uint8_t* data = reinterpret_cast<const uint8_t*>(&avi[chunk + 8]);
+            EXPECT_EQ(data[length - 2], 0);
+            EXPECT_EQ(data[length - 1], 1);
+            std::vector<bool> drawn(pixels.size());
+            ASSERT_TRUE(DecodeRle8(data, length, width, height, &pixels, &drawn));
+            size_t undrawn = 0;
+            for (bool d : drawn) undrawn += d ? 0 : 1;
+            if (keyframe) {
+                EXPECT_EQ(undrawn, 0u);
+            }
+            if (f == 0) {
+                // A picture, not one flat colour.
+                EXPECT_GT(std::set<uint8_t>(pixels.begin(), pixels.end()).size(), 16u);
+            }
+        }
     }
     for (int language = 0; language < kLanguageCount; ++language) {
         std::string page = ReadText(kDist + "/Help/" + std::to_string(language) + "/Index.htm");
