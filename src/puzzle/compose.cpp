@@ -2,13 +2,18 @@
 #include "puzzle/compose.h"
 
 #include <algorithm>
+#include <atomic>
+#include <condition_variable>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
+#include <thread>
 
 #include "puzzle/cut.h"
 
 TableTexture g_tableTexture;
 ComposeCounters g_composeCounters;
+bool g_composeShared = true;
 
 bool SetTableTexture(PuzzleState* p, const uint8_t* texture) {
     bool usable = false;
@@ -149,23 +154,22 @@ void ComposeRectReference(PuzzleState* p, int view, int32_t x, int32_t y, int32_
 
 namespace {
 
-// Which pixels of the area being composed are already final, one bit each, a row of words per view row.
-// One buffer for the program: all composing happens on the one interface thread.
-struct CoverageBuffer {
+// One composing thread's work memory, grown as needed and kept: which pixels of the rows being composed
+// are already final, one bit each, a row of words per view row.
+struct ComposeScratch {
     uint64_t* bits;
     size_t words;
 };
-CoverageBuffer g_coverage;
 
-uint64_t* ClearCoverage(size_t words) {
-    if (words > g_coverage.words) {
-        void* grown = std::realloc(g_coverage.bits, words * sizeof(uint64_t));
+uint64_t* ClearCoverage(ComposeScratch* scratch, size_t words) {
+    if (words > scratch->words) {
+        void* grown = std::realloc(scratch->bits, words * sizeof(uint64_t));
         if (!grown) return nullptr;
-        g_coverage.bits = static_cast<uint64_t*>(grown);
-        g_coverage.words = words;
+        scratch->bits = static_cast<uint64_t*>(grown);
+        scratch->words = words;
     }
-    std::memset(g_coverage.bits, 0, words * sizeof(uint64_t));
-    return g_coverage.bits;
+    std::memset(scratch->bits, 0, words * sizeof(uint64_t));
+    return scratch->bits;
 }
 
 inline int LowestBit(uint64_t v) { return __builtin_ctzll(v); }
@@ -223,13 +227,15 @@ inline uint32_t TakeUncovered(uint64_t* coverage, int32_t from, int32_t to, int3
     return taken;
 }
 
-// Fills columns x .. x + n - 1 of a view row from the cloth row.
+// Fills columns x .. x + n - 1 of a view row from the cloth row. The cloth row is two periods wide, so
+// 100 texels from any phase are one stretch; copied with our short moves, as the compiler would otherwise
+// make a string move, slow to start, of each stretch.
 inline void PaintCloth(uint8_t* viewRow, int32_t x, int32_t n, const uint8_t* clothRow) {
     uint8_t* out = viewRow + 3 * int64_t(x);
     const uint8_t* from = clothRow + 3 * (x % kTextureSize);
     while (n > 0) {
         int32_t chunk = n < kTextureSize ? n : kTextureSize;
-        std::memcpy(out, from, size_t(chunk) * 3);
+        CopyRunBytes(out, from, size_t(chunk) * 3);
         out += 3 * chunk;
         n -= chunk;
     }
@@ -249,50 +255,48 @@ inline int32_t NextBitWithState(const uint64_t* row, int32_t from, int32_t limit
     return limit;
 }
 
-// Whether columns from .. to - 1 of a coverage row are all covered already.
-inline bool AllCovered(const uint64_t* coverage, int32_t from, int32_t to) {
-    int32_t first = from >> 6, last = (to - 1) >> 6;
-    for (int32_t word = first; word <= last; ++word) {
-        uint64_t want = ~0ull;
-        if (word == first) want &= ~0ull << (from & 63);
-        if (word == last) want &= ~0ull >> (63 - ((to - 1) & 63));
-        if ((coverage[word] & want) != want) return false;
-    }
-    return true;
-}
-
-// The fast composer over one area (already clipped; the tiling rule already applied). The pieces whose
-// boxes meet the area are taken in stacking order, topmost first; each copies the runs of its outline
-// that no piece above it has covered, and the cloth fills what is left. A box row that is covered all
-// along is passed over without reading the piece's outline at all.
-bool ComposeAreaFast(PuzzleState* p, int view, const Rect& area, bool skipTop, bool withPieces) {
+// The fast composer over view rows top .. bottom - 1 of one area (already clipped; the tiling rule already
+// applied). The pieces whose boxes meet those rows are taken in stacking order, topmost first; each copies
+// the runs of its outline that no piece above it has covered, and the cloth fills what is left. A box row
+// that is covered all along is passed over without reading the piece's outline at all. Touches only
+// those rows of the picture, the scratch and the counters given, so two threads can share an area.
+bool ComposeRows(const PuzzleState* p, int view, const Rect& area, int32_t top, int32_t bottom, bool skipTop,
+                 bool withPieces, ComposeScratch* scratch, ComposeCounters* counters) {
     const ViewSurface& s = p->surfaces[view];
     const int32_t W = p->boxWidth, H = p->boxHeight;
     const size_t wordsPerRow = (size_t(area.width) + 63) / 64;
-    uint64_t* coverage = ClearCoverage(wordsPerRow * size_t(area.height));
+    uint64_t* coverage = ClearCoverage(scratch, wordsPerRow * size_t(bottom - top));
     if (!coverage) return false;
     const ViewList& list = p->views[view];
     const uint32_t count = withPieces ? list.count : 0;
-    const int64_t areaRight = int64_t(area.x) + area.width, areaBottom = int64_t(area.y) + area.height;
-    const uint64_t total = uint64_t(area.width) * uint64_t(area.height);
+    const int64_t areaRight = int64_t(area.x) + area.width;
+    const uint64_t total = uint64_t(area.width) * uint64_t(bottom - top);
     uint64_t covered = 0;
     for (uint32_t k = skipTop ? 1 : 0; k < count && covered < total; ++k) {
         const uint32_t i = list.entries[k];
         const PieceRecord& piece = p->pieces[i];
-        if (int64_t(piece.x) + W <= area.x || piece.x >= areaRight || int64_t(piece.y) + H <= area.y ||
-            piece.y >= areaBottom)
+        if (int64_t(piece.y) + H <= top || piece.y >= bottom || int64_t(piece.x) + W <= area.x ||
+            piece.x >= areaRight)
             continue;
-        ++g_composeCounters.piecesVisited;
-        const int32_t x0 = int32_t(std::max<int64_t>(area.x, piece.x));
-        const int32_t x1 = int32_t(std::min<int64_t>(areaRight, int64_t(piece.x) + W));
-        const int32_t y0 = int32_t(std::max<int64_t>(area.y, piece.y));
-        const int32_t y1 = int32_t(std::min<int64_t>(areaBottom, int64_t(piece.y) + H));
+        ++counters->piecesVisited;
+        // Columns x0 .. x1 - 1 of the area and the coverage words they fall in, with the masks of the
+        // partly met first and last word: the test for a row already covered all along.
+        const int32_t x0 = int32_t(std::max<int64_t>(area.x, piece.x)) - area.x;
+        const int32_t x1 = int32_t(std::min<int64_t>(areaRight, int64_t(piece.x) + W)) - area.x;
+        const int32_t y0 = std::max(top, piece.y);
+        const int32_t y1 = int32_t(std::min<int64_t>(bottom, int64_t(piece.y) + H));
+        const int32_t firstWord = x0 >> 6, lastWord = ((x1 - 1) >> 6) - firstWord;
+        const uint64_t firstMask = ~0ull << (x0 & 63), lastMask = ~0ull >> (63 - ((x1 - 1) & 63));
         const uint8_t* block = PieceShape(p, i);
         const uint32_t* rowTable = reinterpret_cast<const uint32_t*>(block);
         const uint8_t* colours = PieceColours(p, i);
         for (int32_t y = y0; y < y1; ++y) {
-            uint64_t* rowCoverage = coverage + size_t(y - area.y) * wordsPerRow;
-            if (AllCovered(rowCoverage, x0 - area.x, x1 - area.x)) continue;
+            uint64_t* rowCoverage = coverage + size_t(y - top) * wordsPerRow;
+            const uint64_t* met = rowCoverage + firstWord;
+            uint64_t open = lastWord ? (~met[0] & firstMask) | (~met[lastWord] & lastMask)
+                                     : ~met[0] & firstMask & lastMask;
+            for (int32_t word = 1; word < lastWord; ++word) open |= ~met[word];
+            if (!open) continue;
             const int32_t boxRow = y - piece.y;
             const uint32_t* record = reinterpret_cast<const uint32_t*>(block + rowTable[boxRow]);
             const uint32_t spanCount = record[0];
@@ -305,21 +309,21 @@ bool ComposeAreaFast(PuzzleState* p, int view, const Rect& area, bool skipTop, b
                 const OutlineSpan& span = spans[m];
                 const uint8_t* spanPixels = pixels;
                 pixels += 3 * (span.end - span.begin);
-                int64_t left = std::max<int64_t>(int64_t(piece.x) + span.begin, x0);
-                int64_t right = std::min<int64_t>(int64_t(piece.x) + span.end, x1);
+                int64_t left = std::max<int64_t>(int64_t(piece.x) - area.x + span.begin, x0);
+                int64_t right = std::min<int64_t>(int64_t(piece.x) - area.x + span.end, x1);
                 if (left >= right) continue;
-                covered += TakeUncovered(rowCoverage, int32_t(left - area.x), int32_t(right - area.x), area.x, viewRow,
+                covered += TakeUncovered(rowCoverage, int32_t(left), int32_t(right), area.x, viewRow,
                                          spanPixels, -(int64_t(piece.x) + span.begin), piece.x, stipple);
             }
         }
     }
-    g_composeCounters.piecePixels += covered;
-    g_composeCounters.clothPixels += total - covered;
+    counters->piecePixels += covered;
+    counters->clothPixels += total - covered;
     if (covered == total) return true;
 
     // The cloth under everything no piece covered.
-    for (int32_t y = area.y; y < area.y + area.height; ++y) {
-        const uint64_t* rowCoverage = coverage + size_t(y - area.y) * wordsPerRow;
+    for (int32_t y = top; y < bottom; ++y) {
+        const uint64_t* rowCoverage = coverage + size_t(y - top) * wordsPerRow;
         uint8_t* viewRow = s.pixels + int64_t(s.height - 1 - y) * s.stride;
         const uint8_t* clothRow = g_tableTexture.rows[y % kTextureSize];
         int32_t x = 0;
@@ -331,6 +335,151 @@ bool ComposeAreaFast(PuzzleState* p, int view, const Rect& area, bool skipTop, b
         }
     }
     return true;
+}
+
+// ---- Two threads for large areas ----
+// A full recompose is cut into bands of rows of about equal work, which the interface thread and one
+// helper thread take in turn; each band has its own rows of the picture, so the threads never write the
+// same bytes. Smaller areas (a box, a drag step) are composed on the calling thread alone, as the
+// hand-over costs tens of microseconds.
+
+constexpr uint64_t kSharedAreaPixels = 1u << 18;  // a quarter megapixel and up is shared
+constexpr int kShareBands = 8;                    // enough that a helper held up by others costs little
+
+struct SharedCompose {
+    const PuzzleState* p;
+    int view;
+    Rect area;
+    bool skipTop, withPieces;
+    int32_t bandTop[kShareBands + 1];  // band b is view rows bandTop[b] .. bandTop[b + 1] - 1
+    std::atomic<int> nextBand;
+    std::atomic<bool> failed;
+};
+
+// The helper thread: made on the first large area, it then lives as long as the program, waiting.
+struct ComposeHelper {
+    std::mutex lock;
+    std::condition_variable wake, idle;
+    SharedCompose* job;  // offered work, or null
+    bool working;        // the helper has taken the offered work and not finished it
+    ComposeScratch scratch;
+    ComposeCounters counters;
+};
+ComposeHelper* g_helper;
+bool g_helperTried;
+ComposeScratch g_mainScratch;
+
+// Takes bands until none is left.
+void TakeBands(SharedCompose* job, ComposeScratch* scratch, ComposeCounters* counters) {
+    for (int b = job->nextBand.fetch_add(1); b < kShareBands; b = job->nextBand.fetch_add(1)) {
+        if (job->bandTop[b] == job->bandTop[b + 1]) continue;
+        if (!ComposeRows(job->p, job->view, job->area, job->bandTop[b], job->bandTop[b + 1], job->skipTop,
+                         job->withPieces, scratch, counters))
+            job->failed = true;
+    }
+}
+
+void HelperLoop(ComposeHelper* h) {
+    std::unique_lock<std::mutex> hold(h->lock);
+    for (;;) {
+        h->wake.wait(hold, [h] { return h->job != nullptr; });
+        SharedCompose* job = h->job;
+        h->working = true;
+        hold.unlock();
+        TakeBands(job, &h->scratch, &h->counters);
+        hold.lock();
+        h->working = false;
+        h->job = nullptr;
+        h->idle.notify_one();
+    }
+}
+
+ComposeHelper* Helper() {
+    if (!g_helperTried) {
+        g_helperTried = true;
+        // Never freed: the thread waits on it until the program ends.
+        if (std::thread::hardware_concurrency() >= 2) {
+            g_helper = new ComposeHelper();
+            std::thread(HelperLoop, g_helper).detach();
+        }
+    }
+    return g_helper;
+}
+
+// Cuts the area's rows into bands of about equal work: a row costs its width (the cloth, or the coverage
+// scan) and, for every box that meets it, about as much as 64 pixels of cloth. Returns how many boxes
+// meet the area.
+uint32_t CutIntoBands(const PuzzleState* p, int view, const Rect& area, bool skipTop, bool withPieces,
+                  int32_t* boxesFrom, int32_t* bandTop) {
+    const int32_t W = p->boxWidth, H = p->boxHeight;
+    std::memset(boxesFrom, 0, (size_t(area.height) + 1) * sizeof(int32_t));
+    const ViewList& list = p->views[view];
+    const int64_t areaRight = int64_t(area.x) + area.width, areaBottom = int64_t(area.y) + area.height;
+    uint32_t met = 0;
+    for (uint32_t k = skipTop ? 1 : 0; withPieces && k < list.count; ++k) {
+        const PieceRecord& piece = p->pieces[list.entries[k]];
+        if (int64_t(piece.x) + W <= area.x || piece.x >= areaRight || int64_t(piece.y) + H <= area.y ||
+            piece.y >= areaBottom)
+            continue;
+        ++met;
+        ++boxesFrom[std::max<int64_t>(area.y, piece.y) - area.y];
+        --boxesFrom[std::min<int64_t>(areaBottom, int64_t(piece.y) + H) - area.y];
+    }
+    uint64_t total = 0;
+    for (int32_t r = 0, boxes = 0; r < area.height; ++r) {
+        boxes += boxesFrom[r];
+        total += uint64_t(area.width) + 64 * uint64_t(boxes);
+    }
+    bandTop[0] = area.y;
+    uint64_t work = 0;
+    int b = 1;
+    for (int32_t r = 0, boxes = 0; r < area.height && b < kShareBands; ++r) {
+        boxes += boxesFrom[r];
+        work += uint64_t(area.width) + 64 * uint64_t(boxes);
+        while (b < kShareBands && work * kShareBands >= total * uint64_t(b)) bandTop[b++] = area.y + r + 1;
+    }
+    while (b <= kShareBands) bandTop[b++] = area.y + area.height;
+    return met;
+}
+
+bool ComposeAreaFast(PuzzleState* p, int view, const Rect& area, bool skipTop, bool withPieces) {
+    ComposeHelper* helper = nullptr;
+    if (g_composeShared && uint64_t(area.width) * uint64_t(area.height) >= kSharedAreaPixels &&
+        area.height >= kShareBands)
+        helper = Helper();
+    if (!helper) return ComposeRows(p, view, area, area.y, area.y + area.height, skipTop, withPieces,
+                                    &g_mainScratch, &g_composeCounters);
+    SharedCompose job;
+    job.p = p;
+    job.view = view;
+    job.area = area;
+    job.skipTop = skipTop;
+    job.withPieces = withPieces;
+    job.nextBand = 0;
+    job.failed = false;
+    // The row counts are worked out in the interface thread's coverage memory, free until it composes.
+    const size_t countWords = (size_t(area.height) + 2) / 2;
+    if (!ClearCoverage(&g_mainScratch, countWords)) return false;
+    const uint32_t met = CutIntoBands(p, view, area, skipTop, withPieces,
+                                      reinterpret_cast<int32_t*>(g_mainScratch.bits), job.bandTop);
+    {
+        std::lock_guard<std::mutex> hold(helper->lock);
+        helper->job = &job;
+        helper->counters = ComposeCounters{};
+    }
+    helper->wake.notify_one();
+    ComposeCounters mine{};
+    TakeBands(&job, &g_mainScratch, &mine);
+    {
+        // A helper that has not woken yet gets the offer back; one at work is waited for.
+        std::unique_lock<std::mutex> hold(helper->lock);
+        if (helper->working) helper->idle.wait(hold, [helper] { return !helper->working; });
+        helper->job = nullptr;
+        g_composeCounters.piecePixels += mine.piecePixels + helper->counters.piecePixels;
+        g_composeCounters.clothPixels += mine.clothPixels + helper->counters.clothPixels;
+        g_composeCounters.piecesVisited += met;  // a box across bands was visited in each
+    }
+    return !job.failed;
 }
 
 }  // namespace

@@ -46,6 +46,11 @@ void ComposeRectReference(PuzzleState* p, int view, int32_t x, int32_t y, int32_
 // the runs of their outlines not yet covered are copied, then the cloth fills what is left.
 void ComposeRect(PuzzleState* p, int view, int32_t x, int32_t y, int32_t width, int32_t height, bool skipTop);
 
+// Large areas (a quarter megapixel and up, a full recompose) are composed by the calling thread and one
+// helper thread together, each taking bands of rows; smaller ones always by the calling thread alone.
+// False keeps every area on the calling thread (the benchmarks and tests compare the two).
+extern bool g_composeShared;
+
 // Composes a rectangle of a view's picture and, when asked, invalidates it for the next paint.
 void RepaintRect(PuzzleState* p, int view, int32_t x, int32_t y, int32_t width, int32_t height, bool invalidate,
                  bool skipTop);

@@ -284,6 +284,49 @@ TEST_F(Composing, FastComposerMatchesTheReferenceByteForByteOnThousandsOfRandomS
     EXPECT_GT(tiled, states / 10);
 }
 
+TEST_F(Composing, LargeAreasComposedByTwoThreadsMatchTheReferenceAndTheOneThreadPicture) {
+    // A table above the size shared with the helper thread: pieces crowded in one corner, scattered
+    // elsewhere and hanging off the edges, so that the bands of rows differ in work.
+    ASSERT_TRUE(CutTestPuzzle(&p, 8, 10, 400, 320, 2, 2, 1.0, true, 24, 720, 480));
+    GiveViewPictures(&p);
+    const uint32_t n = PieceCount(&p);
+    const int32_t W = p.boxWidth, H = p.boxHeight;
+    ASSERT_GE(int64_t(p.surfaces[kTableView].width) * p.surfaces[kTableView].height, 1 << 18);
+    LayOut(&p, std::vector<int>(n, kTableView));
+    std::mt19937 random(20240612);
+    auto uniform = [&](int32_t lo, int32_t hi) { return std::uniform_int_distribution<int32_t>(lo, hi)(random); };
+    for (int state = 0; state < 6; ++state) {
+        std::shuffle(p.views[kTableView].entries, p.views[kTableView].entries + n, random);
+        for (uint32_t i = 0; i < n; ++i) {
+            const bool crowded = i % 2 == 0;
+            p.pieces[i].x = crowded ? uniform(400, 560) : uniform(-W / 2, 720 - W / 2);
+            p.pieces[i].y = crowded ? uniform(280, 400) : uniform(-H / 2, 480 - H / 2);
+            p.pieces[i].lit = uniform(0, 4) != 0;
+        }
+        const bool skipTop = state % 3 == 2;
+        // The whole table, and a tiled repaint that recomposes from the origin to its far corner.
+        const Rect rects[2] = {Rect{0, 0, 720, 480}, Rect{uniform(200, 400), uniform(150, 300), W + 30, H + 30}};
+        for (const Rect& r : rects) {
+            Garble(kTableView, 0x3C);
+            ComposeRectReference(&p, kTableView, r.x, r.y, r.width, r.height, skipTop);
+            const std::vector<uint8_t> reference = Picture(kTableView);
+            ComposeCounters counted[2];
+            for (bool shared : {true, false}) {
+                g_composeShared = shared;
+                g_composeCounters = ComposeCounters{};
+                Garble(kTableView, 0x3C);
+                ComposeRect(&p, kTableView, r.x, r.y, r.width, r.height, skipTop);
+                counted[shared] = g_composeCounters;
+                ASSERT_EQ(Picture(kTableView), reference) << "state " << state << (shared ? " shared" : " alone");
+            }
+            g_composeShared = true;
+            EXPECT_EQ(counted[0].piecePixels, counted[1].piecePixels);
+            EXPECT_EQ(counted[0].clothPixels, counted[1].clothPixels);
+            EXPECT_EQ(counted[0].piecesVisited, counted[1].piecesVisited);
+        }
+    }
+}
+
 TEST_F(Composing, SheetFilledWithoutTheCutterIsIndexedBeforeComposing) {
     ASSERT_TRUE(CutTestPuzzle(&p, 2, 2, 200, 200, 2, 2, 1.0, true, 24, 400, 300));
     GiveViewPictures(&p);
