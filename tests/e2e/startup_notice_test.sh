@@ -20,10 +20,17 @@ resolution)
     ;;
 colour)
     # An 8-bit X screen of our own; the game and the probe share it through a desktop of its size.
-    display=:$((100 + RANDOM % 800))
+    # A free display number, and the server awaited: a loaded machine can take seconds to start it.
+    number=$((100 + RANDOM % 800))
+    while [ -e "/tmp/.X$number-lock" ]; do number=$((number + 1)); done
+    display=:$number
     Xvfb "$display" -screen 0 1024x768x8 -nolisten tcp >/dev/null 2>&1 &
     xvfb=$!
-    sleep 1
+    for _ in $(seq 1 100); do
+        xdpyinfo -display "$display" >/dev/null 2>&1 && break
+        sleep 0.1
+    done
+    xdpyinfo -display "$display" >/dev/null 2>&1 || e2e_fail "the 8-bit X server did not start"
     export DISPLAY=$display
     name=notice8bit
     e2e_desktop "$name" 1024x768 Tavirel.exe
