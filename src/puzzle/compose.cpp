@@ -72,6 +72,11 @@ Rect RepaintArea(const PuzzleState* p, const Rect& clipped) {
 
 namespace {
 
+// Whether a piece's W x H box meets columns x0 .. x1 - 1 and rows y0 .. y1 - 1 of its view.
+inline bool BoxMeets(const PieceRecord& piece, int32_t W, int32_t H, int64_t x0, int64_t y0, int64_t x1, int64_t y1) {
+    return int64_t(piece.x) + W > x0 && piece.x < x1 && int64_t(piece.y) + H > y0 && piece.y < y1;
+}
+
 // The cloth's colour at view pixel (x, y), straight from the kept bitmap.
 void ClothTexel(int32_t x, int32_t y, uint8_t* out) {
     if (!g_tableTexture.present) {
@@ -102,8 +107,7 @@ void ComposeTileReference(PuzzleState* p, int view, const Rect& tile, bool skipT
         for (uint32_t k = skipTop ? 1 : 0; k < list.count; ++k) {
             uint32_t i = list.entries[k];
             const PieceRecord& piece = p->pieces[i];
-            if (int64_t(piece.x) + W <= tile.x || piece.x >= int64_t(tile.x) + tile.width ||
-                int64_t(piece.y) + H <= tile.y || piece.y >= int64_t(tile.y) + tile.height)
+            if (!BoxMeets(piece, W, H, tile.x, tile.y, int64_t(tile.x) + tile.width, int64_t(tile.y) + tile.height))
                 continue;
             // The offsets that turn a view pixel into a sheet pixel, in the sheet's unsigned arithmetic.
             p->renderPiece[candidates] = i;
@@ -275,9 +279,7 @@ bool ComposeRows(const PuzzleState* p, int view, const Rect& area, int32_t top, 
     for (uint32_t k = skipTop ? 1 : 0; k < count && covered < total; ++k) {
         const uint32_t i = list.entries[k];
         const PieceRecord& piece = p->pieces[i];
-        if (int64_t(piece.y) + H <= top || piece.y >= bottom || int64_t(piece.x) + W <= area.x ||
-            piece.x >= areaRight)
-            continue;
+        if (!BoxMeets(piece, W, H, area.x, top, areaRight, bottom)) continue;
         ++counters->piecesVisited;
         // Columns x0 .. x1 - 1 of the area and the coverage words they fall in, with the masks of the
         // partly met first and last word: the test for a row already covered all along.
@@ -410,7 +412,7 @@ ComposeHelper* Helper() {
 // scan) and, for every box that meets it, about as much as 64 pixels of cloth. Returns how many boxes
 // meet the area.
 uint32_t CutIntoBands(const PuzzleState* p, int view, const Rect& area, bool skipTop, bool withPieces,
-                  int32_t* boxesFrom, int32_t* bandTop) {
+                      int32_t* boxesFrom, int32_t* bandTop) {
     const int32_t W = p->boxWidth, H = p->boxHeight;
     std::memset(boxesFrom, 0, (size_t(area.height) + 1) * sizeof(int32_t));
     const ViewList& list = p->views[view];
@@ -418,9 +420,7 @@ uint32_t CutIntoBands(const PuzzleState* p, int view, const Rect& area, bool ski
     uint32_t met = 0;
     for (uint32_t k = skipTop ? 1 : 0; withPieces && k < list.count; ++k) {
         const PieceRecord& piece = p->pieces[list.entries[k]];
-        if (int64_t(piece.x) + W <= area.x || piece.x >= areaRight || int64_t(piece.y) + H <= area.y ||
-            piece.y >= areaBottom)
-            continue;
+        if (!BoxMeets(piece, W, H, area.x, area.y, areaRight, areaBottom)) continue;
         ++met;
         ++boxesFrom[std::max<int64_t>(area.y, piece.y) - area.y];
         --boxesFrom[std::min<int64_t>(areaBottom, int64_t(piece.y) + H) - area.y];
