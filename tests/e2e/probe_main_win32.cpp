@@ -87,9 +87,13 @@ static int Rect(const char* className) {
     return 0;
 }
 
+// A child of a top-level window: by control id (-1: any), class (null: any), visibility and a desktop
+// point inside it (x < 0: anywhere).
 struct ChildSearch {
     int id;
-    const char* className;  // null: any
+    const char* className;
+    bool visibleOnly;
+    POINT point;
     HWND found;
 };
 
@@ -97,51 +101,38 @@ static BOOL CALLBACK MatchChild(HWND child, LPARAM context) {
     ChildSearch* search = reinterpret_cast<ChildSearch*>(context);
     char name[64] = "";
     GetClassNameA(child, name, sizeof name);
-    if (GetDlgCtrlID(child) == search->id && (!search->className || !std::strcmp(name, search->className))) {
-        search->found = child;
-        return FALSE;
-    }
-    return TRUE;
-}
-
-// "300@CQMCHECK" names the control with id 300 among the check boxes.
-static int Child(const char* topClass, const char* idAndClass) {
-    HWND top = VisibleTopLevel(topClass);
-    if (!top) return 1;
-    std::string wanted(idAndClass);
-    size_t at = wanted.find('@');
-    std::string className = at == std::string::npos ? "" : wanted.substr(at + 1);
-    ChildSearch search{std::atoi(wanted.c_str()), className.empty() ? nullptr : className.c_str(), nullptr};
-    EnumChildWindows(top, MatchChild, reinterpret_cast<LPARAM>(&search));
     RECT r;
-    if (!search.found || !GetWindowRect(search.found, &r)) return 1;
-    std::printf("CENTRE: %ld %ld\n", (r.left + r.right) / 2, (r.top + r.bottom) / 2);
-    return 0;
-}
-
-struct ClassSearch {
-    const char* className;
-    POINT point;  // x < 0: anywhere
-    HWND found;
-};
-
-static BOOL CALLBACK MatchVisibleChild(HWND child, LPARAM context) {
-    ClassSearch* search = reinterpret_cast<ClassSearch*>(context);
-    char name[64] = "";
-    GetClassNameA(child, name, sizeof name);
-    if (!IsWindowVisible(child) || std::strcmp(name, search->className)) return TRUE;
-    RECT r;
-    if (search->point.x >= 0 && (!GetWindowRect(child, &r) || !PtInRect(&r, search->point))) return TRUE;
+    if ((search->id != -1 && GetDlgCtrlID(child) != search->id) ||
+        (search->className && std::strcmp(name, search->className)) ||
+        (search->visibleOnly && !IsWindowVisible(child)) ||
+        (search->point.x >= 0 && (!GetWindowRect(child, &r) || !PtInRect(&r, search->point))))
+        return TRUE;
     search->found = child;
     return FALSE;
 }
 
-static HWND VisibleChild(const char* topClass, const char* childClass, POINT point) {
+static HWND FindChild(const char* topClass, ChildSearch search) {
     HWND top = VisibleTopLevel(topClass);
     if (!top) return nullptr;
-    ClassSearch search{childClass, point, nullptr};
-    EnumChildWindows(top, MatchVisibleChild, reinterpret_cast<LPARAM>(&search));
+    EnumChildWindows(top, MatchChild, reinterpret_cast<LPARAM>(&search));
     return search.found;
+}
+
+// "300@CQMCHECK" names the control with id 300 among the check boxes.
+static int Child(const char* topClass, const char* idAndClass) {
+    std::string wanted(idAndClass);
+    size_t at = wanted.find('@');
+    std::string className = at == std::string::npos ? "" : wanted.substr(at + 1);
+    const char* onlyClass = className.empty() ? nullptr : className.c_str();
+    HWND found = FindChild(topClass, ChildSearch{std::atoi(wanted.c_str()), onlyClass, false, POINT{-1, -1}, nullptr});
+    RECT r;
+    if (!found || !GetWindowRect(found, &r)) return 1;
+    std::printf("CENTRE: %ld %ld\n", (r.left + r.right) / 2, (r.top + r.bottom) / 2);
+    return 0;
+}
+
+static HWND VisibleChild(const char* topClass, const char* childClass, POINT point) {
+    return FindChild(topClass, ChildSearch{-1, childClass, true, point, nullptr});
 }
 
 static int WaitChild(const char* topClass, const char* childClass, int seconds) {
@@ -163,7 +154,8 @@ static int Slider(const char* topClass, int x, int y) {
         return 1;
     }
     std::printf("SLIDER: %ld %ld %ld\n", long(SendMessageA(slider, PM_SCR_GETPOSITION, 0, 0)),
-                long(SendMessageA(slider, PM_SCR_GETMINIMUM, 0, 0)), long(SendMessageA(slider, PM_SCR_GETMAXIMUM, 0, 0)));
+                long(SendMessageA(slider, PM_SCR_GETMINIMUM, 0, 0)),
+                long(SendMessageA(slider, PM_SCR_GETMAXIMUM, 0, 0)));
     return 0;
 }
 
@@ -310,6 +302,7 @@ int main(int argc, char** argv) {
         ReleaseDC(nullptr, screen);
         return 0;
     }
-    std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|wait-child|rect|child|slider|screen|wait-board|plan-join|pair|plan-place ...\n");
+    std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|wait-child|rect|child|slider|screen|wait-board|"
+                         "plan-join|pair|plan-place ...\n");
     return 2;
 }
