@@ -12,6 +12,18 @@
 
 namespace {
 
+// Palette entries within a tolerance of each other on every channel may stand in for each other: a
+// run carries them all, and a delta frame leaves such a pixel alone. The textured backgrounds break
+// exact runs every pixel or two, so a clip that does not fit kClipBudget bytes with exact runs gets the
+// smallest tolerance that makes it fit.
+const size_t kClipBudget = 1400 * 1000;
+struct Likeness {
+    bool alike[256][256];
+};
+
+// A keyframe comes every kKeyframeEvery frames, so a player that drops frames is right again soon.
+const int kKeyframeEvery = 12;
+
 struct Writer {
     std::vector<uint8_t> bytes;
     void Fourcc(const char* f) { bytes.insert(bytes.end(), f, f + 4); }
@@ -100,8 +112,6 @@ void MoveTo(std::vector<uint8_t>* out, int* x, int* y, int toX, int toY) {
 // Unchanged stretches shorter than this are cheaper to repeat than to jump over.
 const int kMinSkip = 6;
 
-}  // namespace
-
 void MakeLikeness(const uint8_t palette[256][4], int tolerance, Likeness* likeness) {
     for (int a = 0; a < 256; ++a)
         for (int b = 0; b < 256; ++b) {
@@ -111,6 +121,10 @@ void MakeLikeness(const uint8_t palette[256][4], int tolerance, Likeness* likene
         }
 }
 
+// One RLE8 frame of `wanted` (indices, rows from the top; likeness may be null for exact runs), rows
+// bottom-up and ending with an end of bitmap. A keyframe is a complete picture with an end of line
+// after each row but the last; otherwise only what no longer looks like `shown` is sent, reached with
+// delta escapes. `shown` holds what the decoder shows and is brought up to date.
 std::vector<uint8_t> EncodeRle8(const uint8_t* wanted, bool keyframe, const Likeness* likeness, uint8_t* shown,
                                 int width, int height) {
     std::vector<uint8_t> out;
@@ -154,6 +168,8 @@ std::vector<uint8_t> EncodeRle8(const uint8_t* wanted, bool keyframe, const Like
 
 bool IsKeyframe(int frame) { return frame % kKeyframeEvery == 0; }
 
+// One palette for the whole clip (BGRX entries, unused ones zero) and the frames remapped to it without
+// dithering, rows from the top.
 bool QuantizeClip(const AviClip& clip, uint8_t palette[256][4], std::vector<std::vector<uint8_t>>* indexed) {
     const size_t pixels = size_t(clip.width) * clip.height;
     std::vector<std::vector<uint8_t>> rgba(clip.frames.size());
@@ -199,6 +215,8 @@ bool QuantizeClip(const AviClip& clip, uint8_t palette[256][4], std::vector<std:
     liq_attr_destroy(attr);
     return ok;
 }
+
+}  // namespace
 
 bool WriteAvi(const std::string& path, const AviClip& clip) {
     uint8_t palette[256][4];
