@@ -73,6 +73,18 @@ slide_to_end() {
     e2e_fail "the slider at $x, $y never came to rest at an end: $now"
 }
 
+# open_new_puzzle WHICH: the title bar's new-puzzle button until its screen shows. A press can be lost
+# now and then under Wine (once in a dozen runs here); the screenshot of such a miss is kept.
+open_new_puzzle() {
+    for attempt in 1 2 3; do
+        click 80 36
+        probe wait CWNDNEW 5 | grep -q FOUND && return 0
+        echo "new-puzzle press $attempt did not take"
+        shot "missed-new-puzzle-$1-$attempt"
+    done
+    e2e_fail "the new-puzzle screen did not open ($1 game)"
+}
+
 e2e_desktop "$name" 1024x768 Tavirel.exe
 sleep 2
 probe wait CWNDVIDEO 10 >/dev/null && shot 01-opening-clip
@@ -81,8 +93,7 @@ probe wait CWNDBACK 20 | grep -q FOUND || e2e_fail "no main window"
 sleep 1
 shot 02-main-screen
 
-click 80 36     # the title bar's new-puzzle button
-probe wait CWNDNEW 10 | grep -q FOUND || e2e_fail "the new-puzzle screen did not open"
+open_new_puzzle first
 sleep 0.5
 read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
 # Places inside the panel: the first thumbnail, the pieces tab, the count slider's lower button, start.
@@ -99,9 +110,13 @@ echo "$board"
 grep -q "BOARD: [0-9]" <<<"$board" || e2e_fail "the first puzzle was not laid out: $board"
 shot 05-puzzle-started
 
-plan=$(probe plan-join)
-echo "$plan"
-read -r _ moved anchor < <(grep PAIR <<<"$plan") || e2e_fail "no piece pair to join"
+for _ in 1 2 3; do
+    plan=$(probe plan-join)
+    echo "$plan"
+    grep -q PAIR <<<"$plan" && break
+    sleep 1
+done
+read -r _ moved anchor < <(grep PAIR <<<"$plan") || e2e_fail "no piece pair to join: $plan"
 read -r _ px py < <(grep PRESS <<<"$plan")
 read -r _ rx ry < <(grep RELEASE <<<"$plan")
 w=$(desktop)
@@ -130,9 +145,8 @@ xdotool mousemove --window "$w" 500 300
 sleep 0.5
 shot 07-assembled
 
-# Second game: the smallest size and the fewest pieces give 2 x 2, laid one by one at the top of the table.
-click 80 36
-probe wait CWNDNEW 10 | grep -q FOUND || e2e_fail "the new-puzzle screen did not open again"
+# Second game: the smallest size and the fewest pieces give 2 x 2, laid one by one in the empty upper half of the table.
+open_new_puzzle second
 sleep 0.5
 read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
 click $((left + 160)) $((top + 151))
@@ -154,7 +168,7 @@ probe wait CWNDVIDEO 240 >"$game/clip-watch.txt" &
 watcher=$!
 anchor=-1
 for _ in $(seq 1 12); do
-    plan=$(probe plan-place "$anchor" 300 30)
+    plan=$(probe plan-place "$anchor" 300 150)
     grep -q DONE <<<"$plan" && break
     read -r _ moved _ < <(grep PAIR <<<"$plan") || break
     read -r _ px py < <(grep PRESS <<<"$plan")

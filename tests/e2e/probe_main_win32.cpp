@@ -25,6 +25,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "controls/control_messages.h"
 #include "puzzle/board_window_win32.h"
@@ -189,35 +190,61 @@ static int WaitBoard(int seconds) {
     return 1;
 }
 
-// The topmost piece of the table is never covered: it moves onto the place beside a true neighbour.
+// A loose piece of the table whose middle no piece above it covers moves onto the place beside a true
+// neighbour. The place must be one the table does not hold back (a piece may leave it by its tab margin
+// on the left and top, never by its cell on the right and bottom), or the drop would fall short.
 static int PlanJoin() {
     HWND table = Table();
-    if (!table || Ask(table, BOARD_ASK_GRID) == -1) return 1;
-    POINT grid = Pair(Ask(table, BOARD_ASK_GRID)), cell = Pair(Ask(table, BOARD_ASK_CELL));
-    POINT margin = Pair(Ask(table, BOARD_ASK_MARGIN));
-    int rows = grid.x, cols = grid.y, count = rows * cols, top = -1;
-    for (int i = 0; i < count; ++i)
-        if (Ask(table, BOARD_ASK_VIEW, i) == 6 && Ask(table, BOARD_ASK_DEPTH, i) == 0 && Ask(table, BOARD_ASK_GROUP, i) == 0)
-            top = i;
-    if (top < 0) return 1;
-    int r = top / cols, c = top % cols;
-    const int dr[4] = {0, 0, -1, 1}, dc[4] = {-1, 1, 0, 0};
-    for (int k = 0; k < 4; ++k) {
-        int nr = r + dr[k], nc = c + dc[k];
-        if (nr < 0 || nc < 0 || nr >= rows || nc >= cols) continue;
-        int anchor = nr * cols + nc;
-        if (Ask(table, BOARD_ASK_VIEW, anchor) != 6) continue;
-        POINT from = Pair(Ask(table, BOARD_ASK_POSITION, top)), to = Pair(Ask(table, BOARD_ASK_POSITION, anchor));
-        // Where the moved piece belongs: the anchor's box shifted by one cell the other way.
-        POINT target = {to.x - dc[k] * cell.x, to.y - dr[k] * cell.y};
-        POINT press = {from.x + margin.x + cell.x / 2, from.y + margin.y + cell.y / 2};
-        POINT release = {press.x + (target.x - from.x), press.y + (target.y - from.y)};
-        ClientToScreen(table, &press);
-        ClientToScreen(table, &release);
-        std::printf("PAIR %d %d\nPRESS %ld %ld\nRELEASE %ld %ld\n", top, anchor, press.x, press.y, release.x,
-                    release.y);
-        return 0;
+    if (!table || Ask(table, BOARD_ASK_GRID) == -1) {
+        std::printf("NOPLAN: table %p\n", static_cast<void*>(table));
+        return 1;
     }
+    POINT grid = Pair(Ask(table, BOARD_ASK_GRID)), cell = Pair(Ask(table, BOARD_ASK_CELL));
+    POINT margin = Pair(Ask(table, BOARD_ASK_MARGIN)), box = Pair(Ask(table, BOARD_ASK_BOX));
+    RECT area;
+    GetClientRect(table, &area);
+    const int rows = grid.x, cols = grid.y, count = rows * cols;
+    // The table's run, topmost first, and each piece's box.
+    std::vector<int> run(size_t(count), -1);
+    std::vector<POINT> at(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        at[size_t(i)] = Pair(Ask(table, BOARD_ASK_POSITION, i));
+        LRESULT depth = Ask(table, BOARD_ASK_DEPTH, i);
+        if (Ask(table, BOARD_ASK_VIEW, i) == 6 && depth >= 0 && depth < count) run[size_t(depth)] = i;
+    }
+    const int dr[4] = {0, 0, -1, 1}, dc[4] = {-1, 1, 0, 0};
+    for (int depth = 0; depth < count; ++depth) {
+        const int moved = run[size_t(depth)];
+        if (moved < 0 || Ask(table, BOARD_ASK_GROUP, moved) != 0) continue;
+        const POINT from = at[size_t(moved)];
+        POINT press = {from.x + margin.x + cell.x / 2, from.y + margin.y + cell.y / 2};
+        bool covered = false;
+        for (int above = 0; above < depth && !covered; ++above) {
+            const POINT b = at[size_t(run[size_t(above)])];
+            covered = press.x >= b.x && press.x < b.x + box.x && press.y >= b.y && press.y < b.y + box.y;
+        }
+        if (covered) continue;
+        const int r = moved / cols, c = moved % cols;
+        for (int k = 0; k < 4; ++k) {
+            const int nr = r + dr[k], nc = c + dc[k];
+            if (nr < 0 || nc < 0 || nr >= rows || nc >= cols) continue;
+            const int anchor = nr * cols + nc;
+            if (Ask(table, BOARD_ASK_VIEW, anchor) != 6) continue;
+            // Where the moved piece belongs: the anchor's box shifted by one cell the other way.
+            const POINT to = at[size_t(anchor)];
+            const POINT target = {to.x - dc[k] * cell.x, to.y - dr[k] * cell.y};
+            if (target.x < -margin.x || target.y < -margin.y || target.x + cell.x > area.right ||
+                target.y + cell.y > area.bottom)
+                continue;
+            POINT release = {press.x + (target.x - from.x), press.y + (target.y - from.y)};
+            ClientToScreen(table, &press);
+            ClientToScreen(table, &release);
+            std::printf("PAIR %d %d\nPRESS %ld %ld\nRELEASE %ld %ld\n", moved, anchor, press.x, press.y, release.x,
+                        release.y);
+            return 0;
+        }
+    }
+    std::printf("NOPLAN: no uncovered loose piece has a neighbour it can be laid beside\n");
     return 1;
 }
 
