@@ -145,7 +145,7 @@ xdotool mousemove --window "$w" 500 300
 sleep 0.5
 shot 07-assembled
 
-# Second game: the smallest size and the fewest pieces give 2 x 2, laid one by one in the empty upper half of the table.
+# Second game: the smallest size and the fewest pieces give 2 x 2, laid one by one in the empty upper half.
 open_new_puzzle second
 sleep 0.5
 read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
