@@ -42,6 +42,25 @@ count_ctest() {  # log file
     failed=$((failed + bad))
 }
 
+# A pass whose failures ran once more: its total from the first log, its failures from the second.
+count_rerun() {  # first log, second log
+    local first second total bad name
+    first=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$1" | tail -n 1)
+    second=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$2" | tail -n 1)
+    if [ -z "$first" ] || [ -z "$second" ]; then
+        echo "no test summary in $1 or $2"
+        failed=$((failed + 1))
+        return
+    fi
+    total=$(sed -E 's/.* out of ([0-9]+).*/\1/' <<<"$first")
+    bad=$(sed -E 's/.* ([0-9]+) tests failed.*/\1/' <<<"$second")
+    passed=$((passed + total - bad))
+    failed=$((failed + bad))
+    # The tests that failed once and passed on their own.
+    grep -E '^ *[0-9]+/[0-9]+ Test +#[0-9]+: .* Passed' "$2" | sed -E 's/.*Test +#[0-9]+: ([^ ]+).*/\1/' |
+        while read -r name; do echo "passed only on the second run: $name"; done
+}
+
 if configure_and_build native -DCMAKE_BUILD_TYPE=Debug -DTAVIREL_SANITIZE=ON -DTAVIREL_BENCH=ON; then
     echo "== native tests"
     (cd build/native && ctest -j "$jobs" --output-on-failure --timeout 300) >"$logs/native-tests.log" 2>&1
@@ -63,14 +82,21 @@ configure_and_build win32 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake -DCM
 if configure_and_build win64 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake -DCMAKE_BUILD_TYPE=Release; then
     echo "== Windows tests under Wine"
     # Tests whose suite starts with "Pointer" move the one real mouse pointer, and "E2E" tests run the
-    # whole game: they run one at a time.
+    # whole game: they run one at a time. The failures of a pass run once more (scripts/ctest-pass.sh); a
+    # test that fails twice counts as failed, one that passes the second time is named.
     bash scripts/with-wine.sh bash -c "cd build/win64 &&
-        ctest -j $jobs -E '^(Pointer|E2E)' --output-on-failure --timeout 300 >'$root/$logs/wine-tests.log' 2>&1;
-        ctest -j 1 -R '^(Pointer|E2E)' --output-on-failure --timeout 300 >'$root/$logs/wine-pointer-tests.log' 2>&1"
+        bash '$root/scripts/ctest-pass.sh' '$root/$logs/wine-tests.log' -j $jobs -E '^(Pointer|E2E)';
+        bash '$root/scripts/ctest-pass.sh' '$root/$logs/wine-pointer-tests.log' -j 1 -R '^(Pointer|E2E)'"
     for log in wine-tests wine-pointer-tests; do
         if grep -q 'No tests were found' "$logs/$log.log"; then continue; fi
         grep -E '(Failed|\*\*\*|tests passed)' "$logs/$log.log" | tail -n 20
-        count_ctest "$logs/$log.log"
+        if [ -f "$logs/$log-again.log" ]; then
+            echo "-- the failures of that pass, once more:"
+            grep -E '(Failed|\*\*\*|tests passed)' "$logs/$log-again.log" | tail -n 20
+            count_rerun "$logs/$log.log" "$logs/$log-again.log"
+        else
+            count_ctest "$logs/$log.log"
+        fi
     done
 fi
 
