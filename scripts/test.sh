@@ -68,7 +68,7 @@ if configure_and_build native -DCMAKE_BUILD_TYPE=Debug -DTAVIREL_SANITIZE=ON -DT
     count_ctest "$logs/native-tests.log"
 fi
 
-if CC=clang CXX=clang++ TARGETS="pack_fuzz bmp_fuzz" configure_and_build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAVIREL_FUZZ=ON \
+if CC=clang CXX=clang++ TARGETS="pack_fuzz bmp_fuzz saved_puzzle_fuzz puzzle_preview_fuzz" configure_and_build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAVIREL_FUZZ=ON \
     -DTAVIREL_TESTS=OFF; then
     echo "== fuzzing the file readers"
     (cd build/fuzz && ctest -j "$jobs" --output-on-failure --timeout 600) >"$logs/fuzz-tests.log" 2>&1

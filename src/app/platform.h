@@ -51,6 +51,19 @@ void* SysAllocBlock(size_t bytes);
 void SysFreeBlock(void* block);
 size_t SysLiveBlocks();
 
+// Test seam: makes file writing fail on purpose, so tests can prove that writers never leave a half-written
+// file where a good one stood. Writes are counted from the moment a plan is set; write number
+// failWriteNumber (1 = the first, 0 = none) fails, as a short write (half its bytes written) when shortWrite
+// is set. failCreate refuses every SYS_OPEN_CREATE, failReplace every SysReplaceFile. Null clears the plan;
+// the game never sets one.
+struct SysFaultPlan {
+    int32_t failWriteNumber;
+    bool shortWrite;
+    bool failReplace;
+    bool failCreate;
+};
+void SysSetFaultPlan(const SysFaultPlan* plan);
+
 // Heap memory for the few very large arrays (the piece sheet): on systems that can, backed by large pages
 // so that filling it does not fault page by page. Released with std::free.
 void* SysAllocLarge(size_t bytes);

@@ -19,6 +19,14 @@ struct SysFile {
     int fd;
 };
 
+static SysFaultPlan g_faultPlan;  // the tests' planned failures; all zero in normal use
+static int32_t g_writesSincePlan;
+
+void SysSetFaultPlan(const SysFaultPlan* plan) {
+    g_faultPlan = plan ? *plan : SysFaultPlan{};
+    g_writesSincePlan = 0;
+}
+
 static std::string NativePath(const char* path) {
     std::string p(path);
     for (char& ch : p)
@@ -30,6 +38,7 @@ SysFile* SysOpenFile(const char* path, SysOpenMode mode) {
     if (!path) return nullptr;
     std::string native = NativePath(path);
     int fd = -1;
+    if (mode == SYS_OPEN_CREATE && g_faultPlan.failCreate) return nullptr;
     if (mode == SYS_OPEN_CREATE)
         fd = open(native.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     else
@@ -70,6 +79,10 @@ bool SysWriteFile(SysFile* file, const void* buffer, uint32_t count) {
     if (!file) return false;
     uint32_t total = 0;
     const char* in = static_cast<const char*>(buffer);
+    if (g_faultPlan.failWriteNumber > 0 && ++g_writesSincePlan == g_faultPlan.failWriteNumber) {
+        if (g_faultPlan.shortWrite && count / 2 > 0 && write(file->fd, in, count / 2) < 0) return false;
+        return false;
+    }
     while (total < count) {
         ssize_t n = write(file->fd, in + total, count - total);
         if (n <= 0) return false;
@@ -101,6 +114,7 @@ bool SysPathExists(const char* path) {
 bool SysDeleteFile(const char* path) { return path && unlink(NativePath(path).c_str()) == 0; }
 
 bool SysReplaceFile(const char* from, const char* to) {
+    if (g_faultPlan.failReplace) return false;
     return from && to && rename(NativePath(from).c_str(), NativePath(to).c_str()) == 0;
 }
 

@@ -12,8 +12,17 @@ struct SysFile {
     HANDLE handle;
 };
 
+static SysFaultPlan g_faultPlan;  // the tests' planned failures; all zero in normal use
+static int32_t g_writesSincePlan;
+
+void SysSetFaultPlan(const SysFaultPlan* plan) {
+    g_faultPlan = plan ? *plan : SysFaultPlan{};
+    g_writesSincePlan = 0;
+}
+
 SysFile* SysOpenFile(const char* path, SysOpenMode mode) {
     if (!path) return nullptr;
+    if (mode == SYS_OPEN_CREATE && g_faultPlan.failCreate) return nullptr;
     HANDLE h = INVALID_HANDLE_VALUE;
     switch (mode) {
     case SYS_OPEN_READ:
@@ -54,6 +63,10 @@ bool SysReadFile(SysFile* file, void* buffer, uint32_t count, uint32_t* got) {
 bool SysWriteFile(SysFile* file, const void* buffer, uint32_t count) {
     if (!file) return false;
     DWORD written = 0;
+    if (g_faultPlan.failWriteNumber > 0 && ++g_writesSincePlan == g_faultPlan.failWriteNumber) {
+        if (g_faultPlan.shortWrite && count / 2 > 0) WriteFile(file->handle, buffer, count / 2, &written, nullptr);
+        return false;
+    }
     return WriteFile(file->handle, buffer, count, &written, nullptr) && written == count;
 }
 
@@ -80,6 +93,7 @@ bool SysPathExists(const char* path) {
 bool SysDeleteFile(const char* path) { return path && DeleteFileA(path); }
 
 bool SysReplaceFile(const char* from, const char* to) {
+    if (g_faultPlan.failReplace) return false;
     return from && to && MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 

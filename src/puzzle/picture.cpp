@@ -54,19 +54,31 @@ uint8_t* ReadWholePicture(BmpFileReader* reader) {
 
 }  // namespace
 
-bool LoadCurrentPicture(const char* path) {
-    if (!path) return false;
+uint8_t* ReadPictureFile(const char* path) {
+    if (!path) return nullptr;
     char full[kPicturePathCapacity];
-    if (!ResolvePicturePath(path, full)) return false;
+    if (!ResolvePicturePath(path, full)) return nullptr;
     BmpFileReader reader;
     InitBmpReader(&reader);
-    if (!OpenBmp(&reader, full)) return false;
+    if (!OpenBmp(&reader, full)) return nullptr;
     uint8_t* dib = ReadWholePicture(&reader);
     CloseBmp(&reader);
-    if (!dib) return false;
+    return dib;
+}
+
+void SetCurrentPicture(uint8_t* dib, const char* path) {
+    if (dib == g_picture) return;
     FreePackedDib(g_picture);
     g_picture = dib;
-    std::memcpy(g_picturePath, path, strnlen(path, kPicturePathCapacity - 1) + 1);
+    size_t length = path ? strnlen(path, kPicturePathCapacity - 1) : 0;
+    if (length) std::memcpy(g_picturePath, path, length);
+    g_picturePath[length] = 0;
+}
+
+bool LoadCurrentPicture(const char* path) {
+    uint8_t* dib = ReadPictureFile(path);
+    if (!dib) return false;
+    SetCurrentPicture(dib, path);
     return true;
 }
 

@@ -12,6 +12,13 @@ constexpr int32_t kPicturePathCapacity = 260;
 // path is taken from the program folder. Only uncompressed 8- and 24-bit files are accepted. On failure
 // the picture that was current stays current.
 bool LoadCurrentPicture(const char* path);
+// Reads the ".bmp" file at path into a new packed DIB exactly as LoadCurrentPicture would, without making
+// it current (a saved game checks its photograph before it replaces the one in play). Null on failure.
+// Free it with FreePackedDib.
+uint8_t* ReadPictureFile(const char* path);
+// Makes dib (from ReadPictureFile; the picture takes it over) current, loaded from path. A path that does
+// not fit is cut to the capacity.
+void SetCurrentPicture(uint8_t* dib, const char* path);
 // Forgets the current picture and its path.
 void ClearCurrentPicture();
 // The current picture, or null when none is loaded.
