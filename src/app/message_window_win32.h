@@ -23,3 +23,9 @@ HWND ShowMessage(int stringBase, HWND owner, MessageCallback callback, bool inpu
 const char* MessageInputText();
 // The message window now showing, or null.
 HWND CurrentMessageWindow();
+
+// Draws text word-wrapped and fully justified into width pixels from (x, y), in a font made for the
+// call (face, weight, height in pixels); with a shadow, each line is first drawn offset by shadowOffset
+// in shadowColor. The background is left as it is.
+void DrawWrappedText(HDC dc, const char* text, const char* face, int32_t weight, int32_t height, COLORREF color,
+                     bool shadow, COLORREF shadowColor, int32_t shadowOffset, int32_t x, int32_t y, int32_t width);
