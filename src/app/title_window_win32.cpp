@@ -1,4 +1,4 @@
-// The title bar window with the play clock and its four buttons.
+// The title bar window with the play clock and its six buttons.
 #include "app/title_window_win32.h"
 
 #include <cstring>
@@ -8,23 +8,34 @@
 #include "app/art_ids.h"
 #include "app/clock_text.h"
 #include "app/launchers_win32.h"
+#include "app/message_window_win32.h"
 #include "app/theme.h"
 #include "controls/control_messages.h"
 #include "gfx/dib.h"
 #include "gfx/image_object_win32.h"
+#include "puzzle/board_window_win32.h"
+#include "puzzle/model.h"
 
 void (*g_openNewPuzzleScreen)() = nullptr;
+void (*g_openSavedPuzzles)(uint8_t mode) = nullptr;
 
-enum TitleButton { BUTTON_MINIMISE, BUTTON_EXIT, BUTTON_ABOUT, BUTTON_NEW_PUZZLE, kTitleButtonCount };
+constexpr int kStrLeaveChangedGame = 80;  // "This game has been changed. Do you want to leave?"
+
+enum TitleButton {
+    BUTTON_MINIMISE,
+    BUTTON_EXIT,
+    BUTTON_ABOUT,
+    BUTTON_NEW_PUZZLE,
+    BUTTON_OPEN,
+    BUTTON_SAVE,
+    kTitleButtonCount
+};
 
 // The title bar lives for the whole run, so its state is plain globals.
 static HWND g_titleWindow;
 static ImageObject g_tile;
 static ImageObject g_buttonImages[kTitleButtonCount];
 static HWND g_buttons[kTitleButtonCount];
-// Pictures of the open and save buttons: no such buttons stand in the bar, but their words follow the
-// language like the others.
-static ImageObject g_openImage, g_saveImage;
 static HFONT g_clockFont;
 static int32_t g_clockX;
 static char g_clockText[24] = "00:00:00";
@@ -56,6 +67,14 @@ static LRESULT Title_OnCreate(HWND window) {
         CreateButton(window, &g_buttonImages[BUTTON_ABOUT], kArtAboutButton, TitleAboutX(g_screenWidth), -1);
     g_buttons[BUTTON_NEW_PUZZLE] = CreateButton(window, &g_buttonImages[BUTTON_NEW_PUZZLE],
                                                 kArtNewPuzzleButton + uint32_t(g_language), -2, 10);
+    g_buttons[BUTTON_OPEN] = CreateButton(window, &g_buttonImages[BUTTON_OPEN],
+                                          kArtOpenPuzzleButton + uint32_t(g_language), kTitleOpenX, kTitleFileButtonY);
+    g_buttons[BUTTON_SAVE] = CreateButton(window, &g_buttonImages[BUTTON_SAVE],
+                                          kArtSavePuzzleButton + uint32_t(g_language), kTitleSaveX, kTitleFileButtonY);
+    // Nothing to save until the puzzle changes: every drop enables the button again.
+    g_saveButton = g_buttons[BUTTON_SAVE];
+    if (g_saveButton) SendMessageA(g_saveButton, PM_SETDISFRAME, 0, 1);  // its strip starts with a dimmed frame
+    if (g_saveButton) SendMessageA(g_saveButton, PM_SETENABLE, 0, IsPuzzleChangedSinceSave(&g_puzzle) ? 1 : 0);
     g_clockFont = CreateFontA(35, 0, 0, 0, 600, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                               CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, kCommonFontFace);
     g_clockX = TitleClockX(g_screenWidth);
@@ -64,8 +83,8 @@ static LRESULT Title_OnCreate(HWND window) {
 
 static void Title_OnDestroy() {
     for (int i = 0; i < kTitleButtonCount; ++i) ImageObject_Destroy(&g_buttonImages[i]);
-    ImageObject_Destroy(&g_openImage);
-    ImageObject_Destroy(&g_saveImage);
+    if (g_saveButton == g_buttons[BUTTON_SAVE]) g_saveButton = nullptr;
+    for (HWND& button : g_buttons) button = nullptr;
     ImageObject_Destroy(&g_tile);
     if (g_clockFont) DeleteObject(g_clockFont);
     g_clockFont = nullptr;
@@ -96,6 +115,22 @@ static void Title_OnPaint(HWND window) {
     EndPaint(window, &paint);
 }
 
+// A changed game is only left when the player says so; the answer arrives after the question has gone.
+static void AnswerLeaveForNewPuzzle(uint8_t answer) {
+    if (answer && g_openNewPuzzleScreen) g_openNewPuzzleScreen();
+}
+
+static void AnswerLeaveForOpen(uint8_t answer) {
+    if (answer && g_openSavedPuzzles) g_openSavedPuzzles(1);
+}
+
+static void LeaveGameThen(void (*next)(uint8_t)) {
+    if (IsPuzzleChangedSinceSave(&g_puzzle))
+        ShowMessage(kStrLeaveChangedGame, g_mainWindow, next, false);
+    else
+        next(1);
+}
+
 static void Title_OnNotify(WPARAM event, HWND from) {
     if (event != NOTIFY_CLICKED) return;
     if (from == g_buttons[BUTTON_EXIT]) {
@@ -105,7 +140,12 @@ static void Title_OnNotify(WPARAM event, HWND from) {
     } else if (from == g_buttons[BUTTON_ABOUT]) {
         LaunchAbout();
     } else if (from == g_buttons[BUTTON_NEW_PUZZLE]) {
-        if (g_openNewPuzzleScreen) g_openNewPuzzleScreen();
+        LeaveGameThen(AnswerLeaveForNewPuzzle);
+    } else if (from == g_buttons[BUTTON_OPEN]) {
+        // The game in play stays on the table until a saved one has really been loaded in its place.
+        LeaveGameThen(AnswerLeaveForOpen);
+    } else if (from == g_buttons[BUTTON_SAVE]) {
+        if (g_openSavedPuzzles) g_openSavedPuzzles(0);
     }
 }
 
@@ -151,13 +191,20 @@ void ShowClock(uint32_t, uint32_t hours, uint32_t minutes, uint32_t seconds) {
     InvalidateRect(g_titleWindow, &clock, FALSE);
 }
 
+HWND TitleOpenButton() { return g_buttons[BUTTON_OPEN]; }
+HWND TitleSaveButton() { return g_buttons[BUTTON_SAVE]; }
+
 void ReloadTitleButtons() {
     if (!g_titleWindow) return;
-    ImageObject_LoadFromPack(&g_buttonImages[BUTTON_NEW_PUZZLE], kArtNewPuzzleButton + uint32_t(g_language));
-    SendMessageA(g_buttons[BUTTON_NEW_PUZZLE], PM_SETIMAGE, 0,
-                 reinterpret_cast<LPARAM>(ImageObject_Dib(&g_buttonImages[BUTTON_NEW_PUZZLE])));
-    for (ImageObject* image : {&g_openImage, &g_saveImage})
-        if (!image->dc) ImageObject_Init(image, false);
-    ImageObject_LoadFromPack(&g_openImage, kArtOpenPuzzleButton + uint32_t(g_language));
-    ImageObject_LoadFromPack(&g_saveImage, kArtSavePuzzleButton + uint32_t(g_language));
+    const struct {
+        TitleButton button;
+        uint32_t base;
+    } words[] = {{BUTTON_NEW_PUZZLE, kArtNewPuzzleButton},
+                 {BUTTON_OPEN, kArtOpenPuzzleButton},
+                 {BUTTON_SAVE, kArtSavePuzzleButton}};
+    for (const auto& w : words) {
+        ImageObject_LoadFromPack(&g_buttonImages[w.button], w.base + uint32_t(g_language));
+        SendMessageA(g_buttons[w.button], PM_SETIMAGE, 0,
+                     reinterpret_cast<LPARAM>(ImageObject_Dib(&g_buttonImages[w.button])));
+    }
 }

@@ -1,5 +1,5 @@
-// CWNDTESSELTITULO: the bar across the top with the play clock and the new-puzzle, about, minimise and
-// exit buttons.
+// CWNDTESSELTITULO: the bar across the top with the play clock and the new-puzzle, open, save, about,
+// minimise and exit buttons.
 #pragma once
 
 #include <windows.h>
@@ -12,6 +12,11 @@ constexpr int32_t kTitleHeight = 78;
 // Layout for a screen width: c = (width - 703) / 3; the about button at c + 316, the clock at 2c + 506.
 int32_t TitleClockX(int32_t screenWidth);
 int32_t TitleAboutX(int32_t screenWidth);
+// The open and save buttons stand between New puzzle and the about button, at every screen width in the
+// same place: an 800-pixel screen leaves 190 pixels there (New puzzle ends at 158, about starts at 348).
+constexpr int32_t kTitleOpenX = 162;
+constexpr int32_t kTitleSaveX = 254;
+constexpr int32_t kTitleFileButtonY = 10;
 
 void RegisterTitleWindowClass(HINSTANCE instance);
 HWND CreateTitleWindow(HWND parent);
@@ -26,3 +31,8 @@ void PlayTitleClick();
 
 // What the new-puzzle button opens; set by the screens that exist (null: nothing opens).
 extern void (*g_openNewPuzzleScreen)();
+// What the open (mode 1) and save (mode 0) buttons open: the saved-puzzle browser.
+extern void (*g_openSavedPuzzles)(uint8_t mode);
+// The title bar's open and save buttons (null before the bar exists).
+HWND TitleOpenButton();
+HWND TitleSaveButton();

@@ -27,8 +27,8 @@ const ArtEntry kArtTable[] = {
     ONE(kArtTitleBarTile, "title bar tile", 76, 78, R, kTile),
     ONE(kArtAboutButton, "about", 180, 156, R, kCmd),
     WORDS(kArtNewPuzzleButton, "new puzzle", 160, 168, R, kCmd),
-    WORDS(kArtOpenPuzzleButton, "open puzzle", 160, 168, R, kCmd),
-    WORDS(kArtSavePuzzleButton, "save puzzle", 160, 168, R, kCmd),
+    WORDS(kArtOpenPuzzleButton, "open puzzle", 88, 168, R, kCmd),
+    WORDS(kArtSavePuzzleButton, "save puzzle", 88, 224, R, ArtLayout::CommandWithDisabled),
     ONE(kArtInfoButton, "info", 40, 120, R, kCmd),
     {kArtTrayEmptyButton, 6, "tray, empty", 50, 138, R, kCmd, 1, 1, {0, 0, 0}},
     {kArtTrayFullButton, 6, "tray, full", 50, 138, R, kCmd, 1, 1, {0, 0, 0}},
@@ -123,6 +123,7 @@ const int kArtTableSize = int(sizeof kArtTable / sizeof kArtTable[0]);
 int ArtVerticalFrames(const ArtEntry& entry) {
     switch (entry.layout) {
     case ArtLayout::Command: return 3;
+    case ArtLayout::CommandWithDisabled: return 4;
     case ArtLayout::Check: return 4;
     case ArtLayout::Scroll: return 3;
     case ArtLayout::Anim: return entry.rows;

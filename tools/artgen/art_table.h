@@ -14,6 +14,7 @@ enum class ArtLayout {
     Whole,    // drawn or copied in one piece
     Tile,     // repeated edge to edge
     Command,  // 3 frames stacked: normal, lit, pressed
+    CommandWithDisabled,  // 4 frames stacked: disabled, normal, lit, pressed
     Check,    // 4 frames stacked: unchecked, unchecked lit, checked, checked lit
     Anim,     // rows x cols grid of frames
     Scroll,   // zone-major scroll strip: 3 zones x (normal, lit, pressed)

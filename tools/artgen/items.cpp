@@ -339,14 +339,19 @@ void MessageFrame(cairo_t* cr, int w, int h) {
     DrawPanel(cr, w, h, "", 1480, 10);
     // The heading plaque's place (the localised heading is pasted over it at (13, 7)).
     DrawTitlePlaque(cr, 13, 7, 474, 46, "");
-    // Input line area (20, 160) 225 x 24 sits on the parchment; a soft ruled line under the text.
-    for (int i = 0; i < 3; ++i) {
-        cairo_move_to(cr, 24, 120 + 34 * i + 0.5);
-        cairo_line_to(cr, w - 24, 120 + 34 * i + 0.5);
-    }
-    SetColor(cr, kBrassDark, 0.12);
-    cairo_set_line_width(cr, 1);
-    cairo_stroke(cr);
+    // The game sets the message in light ivory from (20, 60), 460 wide, over up to five lines, with the
+    // name field at (20, 160): all of it lies on a sunken board of dark felt, where light letters read.
+    // The buttons stay on the parchment below it, at y 255.
+    const double bx = 13, by = 57, bw = w - 26, bh = 190;
+    cairo_surface_t* felt = MakeFelt(128, 128, Scale(kWalnutDark, 1.15), 0.2, 1482);
+    cairo_save(cr);
+    RoundedRect(cr, bx, by, bw, bh, 5);
+    cairo_translate(cr, bx, by);
+    FillWithTexture(cr, felt);
+    cairo_restore(cr);
+    cairo_surface_destroy(felt);
+    DrawBevel(cr, bx, by, bw, bh, 5, 2.5, false);
+    DrawInlay(cr, bx - 3, by - 3, bw + 6, bh + 6, 7);
 }
 
 void PictureFrame(cairo_t* cr, int w, int h) {
@@ -563,6 +568,32 @@ void LanguagePanel(cairo_t* cr, int w, int h) {
     cairo_stroke(cr);
 }
 
+// The title bar's open and save buttons stand in the 190 pixels an 800-pixel screen leaves between New
+// puzzle and the about button: a narrow plate with the icon above a short word. The save button's strip
+// starts with a dimmed frame, shown while there is nothing to save.
+static void TitleFileButtonStrip(cairo_t* cr, int w, int frameH, const std::string& words, Icon icon,
+                                 bool disabledFrame) {
+    const int first = disabledFrame ? 1 : 0;
+    for (int f = 0; f < 3 + first; ++f) {
+        bool dimmed = disabledFrame && f == 0;
+        ButtonState state = dimmed ? kStateNormal : ButtonState(f - first);
+        double y = f * frameH, dy = state == kStatePressed ? 1 : 0;
+        DrawBrassPlate(cr, 0.5, y + 0.5, w - 1, frameH - 1, std::min(w, frameH) * 0.28, state);
+        Rgb ink = state == kStateLit ? Hex(0x2a1405) : Hex(0x3d240f);
+        double size = frameH * 0.38;
+        DrawIcon(cr, icon, w / 2.0, y + 4 + size / 2 + 1 + dy, size, kBrassShine);
+        DrawIcon(cr, icon, w / 2.0, y + 4 + size / 2 + dy, size, ink);
+        TextStyle s{kButtonFont, frameH * 0.3, ink, kTextEngraved, 0, false};
+        DrawText(cr, words, 5, y + 6 + size + dy, w - 10, frameH - size - 10, s);
+        if (dimmed) {
+            // Tarnished: the plate sinks into the walnut behind it.
+            cairo_rectangle(cr, 0, y, w, frameH);
+            SetColor(cr, kWalnutDark, 0.55);
+            cairo_fill(cr);
+        }
+    }
+}
+
 void CommandTileTitle(cairo_t* cr, int w, int h) {
     // Title bar: walnut with a brass rail along the bottom and a soft light along the top.
     WoodTile(cr, w, h, 1220, false);
@@ -661,8 +692,8 @@ cairo_surface_t* DrawArtItem(const ArtEntry& entry, uint32_t id, const std::stri
         }
         break;
     case kArtNewPuzzleButton: DrawWordCommandStrip(cr, w, h / 3, words, kIconPiece); break;
-    case kArtOpenPuzzleButton: DrawWordCommandStrip(cr, w, h / 3, words, kIconFolder); break;
-    case kArtSavePuzzleButton: DrawWordCommandStrip(cr, w, h / 3, words, kIconDisk); break;
+    case kArtOpenPuzzleButton: TitleFileButtonStrip(cr, w, h / 3, words, kIconFolder, false); break;
+    case kArtSavePuzzleButton: TitleFileButtonStrip(cr, w, h / 4, words, kIconDisk, true); break;
     case kArtInfoButton: DrawIconCommandStrip(cr, w, h / 3, kIconInfo); break;
     case kArtTrayEmptyButton: TrayButton(cr, slot, false); break;
     case kArtTrayFullButton: TrayButton(cr, slot, true); break;
