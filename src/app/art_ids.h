@@ -133,4 +133,5 @@ constexpr int kResNoticeDialog = 564;
 // String bases we add to the table, + language.
 constexpr int kStrWebQuestion = 220;    // "visit the web site?" asked by the web button
 constexpr int kStrMissingPack = 230;    // the pack cannot be opened
+constexpr int kStrResumeQuestion = 240; // "continue the puzzle you left?" at start-up
 constexpr int kStrPictureTitle = 5000;  // + picture number, no language offset

@@ -5,6 +5,7 @@
 
 #include "app/app_win32.h"
 #include "app/art_ids.h"
+#include "app/resume_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
 #include "extras/bars_win32.h"
@@ -43,7 +44,11 @@ static LRESULT Main_OnCreate(HWND window) {
     SetTableTexture(&g_puzzle, ImageObject_Dib(&g_tableCloth));
     SetChooserTableTexture(ImageObject_Dib(&g_tableCloth));
     CreateTable(window);
-    g_barActions.assemble = [] { ShowComplete(&g_puzzle); };
+    // Shown complete by the tools: a finished game is no game to resume.
+    g_barActions.assemble = [] {
+        ShowComplete(&g_puzzle);
+        WriteResumeNow();
+    };
     g_barActions.hint = [] { return uint8_t(GiveHint(&g_puzzle) ? 1 : 0); };
 
     g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
@@ -66,10 +71,20 @@ static LRESULT Main_OnCreate(HWND window) {
     g_infoButton = CreateWindowExA(0, "CQMCOMMAND", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
                                    g_screenWidth - infoWidth, 80, 50, 50, window, nullptr, instance, nullptr);
     SendMessageA(g_infoButton, PM_SETIMAGE, 0, reinterpret_cast<LPARAM>(ImageObject_Dib(&g_infoImage)));
+    g_puzzleChanged = NoteGameChanged;
+    StartResumeKeeping(window);
     return 0;
 }
 
-static void Main_OnDestroy() {
+// The game in play is kept before the window goes: nothing of it is lost by quitting.
+static void Main_OnClose(HWND window) {
+    WriteResumeNow();
+    DestroyWindow(window);
+}
+
+static void Main_OnDestroy(HWND window) {
+    KillTimer(window, kResumeTimerId);
+    g_puzzleChanged = nullptr;
     ImageObject_Destroy(&g_infoImage);
     if (g_sideButtonImages) {
         for (int i = 0; i < kSideButtonCount; ++i) ImageObject_Destroy(&g_sideButtonImages[i]);
@@ -83,10 +98,13 @@ static void Main_OnDestroy() {
 
 // A minimised game costs no time: the play clock does not count while the window is minimised.
 static void Main_OnSize(WPARAM kind) {
-    if (kind == SIZE_MINIMIZED)
+    if (kind == SIZE_MINIMIZED) {
         g_puzzle.paused = 1;
-    else if (kind == SIZE_MAXIMIZED)
+        WriteResumeNow();  // a minimised game may never come back: Windows may end the session
+    }
+    else if (kind == SIZE_MAXIMIZED) {
         g_puzzle.paused = 0;
+    }
 }
 
 static void Main_OnNotify(WPARAM event, HWND from) {
@@ -99,7 +117,14 @@ static void Main_OnNotify(WPARAM event, HWND from) {
 static LRESULT CALLBACK Main_WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_CREATE: return Main_OnCreate(window);
-    case WM_DESTROY: Main_OnDestroy(); return 0;
+    case WM_CLOSE: Main_OnClose(window); return 0;
+    case WM_DESTROY: Main_OnDestroy(window); return 0;
+    case WM_ENDSESSION:
+        if (wParam) WriteResumeNow();
+        return 0;
+    case WM_TIMER:
+        if (wParam == kResumeTimerId) OnResumeTimer();
+        return 0;
     case WM_SIZE: Main_OnSize(wParam); return 0;
     case WM_PAINT: {
         PAINTSTRUCT paint;

@@ -9,6 +9,8 @@
 #include "app/language_chooser_win32.h"
 #include "app/main_window_win32.h"
 #include "app/message_loop_win32.h"
+#include "app/message_window_win32.h"
+#include "app/resume_win32.h"
 #include "app/strings_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/controls_win32.h"
@@ -18,6 +20,7 @@
 #include "puzzle/board_window_win32.h"
 #include "setup/chooser_classes_win32.h"
 #include "setup/new_puzzle_win32.h"
+#include "setup/browser_win32.h"
 #include "setup/piece_box_win32.h"
 #include "puzzle/model.h"
 
@@ -60,6 +63,8 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterBarClasses(instance);
     RegisterTitleWindowClass(instance);
     RegisterPieceBoxClass(instance);
+    RegisterMessageWindowClass(instance);
+    RegisterBrowserClasses(instance);
     RegisterVideoClass(instance);
 }
 
@@ -70,10 +75,20 @@ static void CloseGameAndOpenNewPuzzle() {
     OpenNewPuzzleScreen();
 }
 
-static void StartGameWithShape(int32_t shape) { StartNewGame(shape); }
+// A new game is kept in the resume file from its first moment.
+static void StartGameWithShape(int32_t shape) {
+    if (StartNewGame(shape)) WriteResumeNow();
+}
+
+// The play clock stands still while the browser is open; closing it lets the clock count again.
+static void OpenSavedPuzzles(uint8_t mode) {
+    if (OpenSavedPuzzleBrowser(mode)) g_puzzle.paused = 1;
+}
 
 static void OpeningFinished() {
-    if (!g_mainWindow) CreateMainWindow();
+    if (g_mainWindow) return;
+    CreateMainWindow();
+    OfferResume();
 }
 
 int RunTavirel(HINSTANCE instance) {
@@ -110,6 +125,7 @@ int RunTavirel(HINSTANCE instance) {
     g_videoHooks.openingFinished = OpeningFinished;
     g_openNewPuzzleScreen = CloseGameAndOpenNewPuzzle;
     g_startNewGame = StartGameWithShape;
+    g_openSavedPuzzles = OpenSavedPuzzles;
     g_videoMode = VIDEO_OPENING;
     OpenVideo(VIDEO_OPENING);
     int code = RunMessageLoop();

@@ -26,6 +26,7 @@
 
 BoardCursors g_boardCursors;
 HWND g_saveButton;
+void (*g_puzzleChanged)() = nullptr;
 BoardCounters g_boardCounters;
 
 namespace {
@@ -421,6 +422,7 @@ void Hook_PuzzleCompleted() {
 
 void Hook_EnableSave() {
     if (g_saveButton) SendMessageA(g_saveButton, PM_SETENABLE, 0, 1);
+    if (g_puzzleChanged) g_puzzleChanged();
 }
 
 void Hook_RefitPreview() { RefitPreview(); }
@@ -452,6 +454,10 @@ LRESULT AnswerBoardQuery(WPARAM question) {
     }
     case BOARD_ASK_MARGIN:
         return LRESULT(MAKELONG(WORD((p->boxWidth - p->cellWidth) / 2), WORD((p->boxHeight - p->cellHeight) / 2)));
+    case BOARD_ASK_LIT: return known ? LRESULT(p->pieces[piece].lit) : -1;
+    case BOARD_ASK_ELAPSED: return LRESULT(p->elapsed);
+    case BOARD_ASK_HINTS: return LRESULT(p->hintsUsed);
+    case BOARD_ASK_CHANGED: return p->puzzle_dirty;
     }
     return -1;
 }

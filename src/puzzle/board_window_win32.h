@@ -42,11 +42,17 @@ enum BoardQuestion {
     BOARD_ASK_FINISHED = 6,  // 1 once the puzzle is shown complete
     BOARD_ASK_DEPTH = 7,     // the piece's place in its view's run, 0 on top
     BOARD_ASK_MARGIN = 8,    // MAKELONG(mx, my): the tab margins of a box
+    BOARD_ASK_LIT = 9,       // the piece's lit flag: 1 plain, 0 selected
+    BOARD_ASK_ELAPSED = 10,  // seconds of play
+    BOARD_ASK_HINTS = 11,    // hints used
+    BOARD_ASK_CHANGED = 12,  // 1 when the game has changed since it was cut, saved or loaded
 };
 LRESULT AnswerBoardQuery(WPARAM question);
 
 // The save button of the playing screen, enabled by every change to the puzzle; null while there is none.
 extern HWND g_saveButton;
+// Told of every change to the puzzle, as the save button is (null: nobody listens).
+extern void (*g_puzzleChanged)();
 
 // True when `CWNDPUZZLE` is registered (also when it was already).
 bool RegisterBoardClass(HINSTANCE instance);

@@ -71,7 +71,7 @@ TEST(MediaResources, CursorsIconAndNoticeDialogLoad) {
 TEST(MediaResources, StringsExistForEveryLanguage) {
     char text[300];
     const int bases[] = {20, 40, 50, 60, 70, 80, 100, 110, 120, 130, 140, 150, 160, 170, 180, 190,
-                         kStrWebQuestion, kStrMissingPack};
+                         kStrWebQuestion, kStrMissingPack, kStrResumeQuestion};
     for (int base : bases)
         for (int language = 0; language < kLanguageCount; ++language)
             EXPECT_GT(LoadStringA(Module(), UINT(base + language), text, sizeof text), 0) << base + language;
