@@ -11,79 +11,10 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$1
 assets=$2
 shots=$3
-[ -f "$assets/Tavirel.rf" ] || e2e_fail "no game folder at $assets (the native build makes it)"
-
 game="$build/e2e-game"
-rm -rf "$game" "$shots"
-mkdir -p "$game" "$shots"
-cp -r "$assets/." "$game/"
-cp "$build/Tavirel.exe" "$build/e2e_probe.exe" "$game/"
-cd "$game" || e2e_fail "no game folder"
+e2e_game_folder "$build" "$assets" "$game" "$shots"
 
 name=e2eplay
-probe() { "$TAVIREL_WINE" explorer "/desktop=$name,1024x768" e2e_probe.exe "$@" 2>/dev/null | tr -d '\r'; }
-shot() { import -window "$(xdotool search --name "^$name - Wine desktop\$" | head -n 1)" "$shots/$1.png"; }
-desktop() { xdotool search --name "^$name - Wine desktop\$" | head -n 1; }
-# Pointer moves are made relative to the desktop window; a click needs real movement before it.
-click() {
-    local w
-    w=$(desktop)
-    xdotool mousemove --window "$w" $(($1 + 7)) $(($2 + 7))
-    sleep 0.1
-    xdotool mousemove --window "$w" "$1" "$2"
-    sleep 0.1
-    xdotool click 1
-    sleep 0.3
-}
-
-drag() {  # from x, y to x, y in steps, as a hand would
-    local w=$(desktop) fx=$1 fy=$2 tx=$3 ty=$4
-    xdotool mousemove --window "$w" $((fx + 5)) $((fy + 5))
-    sleep 0.1
-    xdotool mousemove --window "$w" "$fx" "$fy"
-    sleep 0.2
-    xdotool mousedown 1
-    for step in 1 2 3 4 5 6 7 8 9 10; do
-        xdotool mousemove --window "$w" $((fx + (tx - fx) * step / 10)) $((fy + (ty - fy) * step / 10))
-        sleep 0.05
-    done
-    sleep 0.2
-    xdotool mouseup 1
-    sleep 0.8
-}
-
-# slide_to_end X Y: presses the slider button at X, Y until the slider's value rests at one of its ends.
-# Clicks can be lost on a loaded machine, so the value is read back rather than the clicks counted.
-slide_to_end() {
-    local x=$1 y=$2 last="" now
-    for _ in $(seq 1 40); do
-        for _ in 1 2 3 4 5 6 7 8 9 10; do
-            xdotool mousemove --window "$(desktop)" "$x" "$y" click 1
-            sleep 0.05
-        done
-        sleep 0.3
-        now=$(probe slider CWNDNEW "$x" "$y")
-        read -r _ position minimum maximum <<<"$now"
-        if [ "$now" = "$last" ] && { [ "$position" = "$minimum" ] || [ "$position" = "$maximum" ]; }; then
-            echo "slider at $x, $y: $now"
-            return 0
-        fi
-        last=$now
-    done
-    e2e_fail "the slider at $x, $y never came to rest at an end: $now"
-}
-
-# open_new_puzzle WHICH: the title bar's new-puzzle button until its screen shows. A press can be lost
-# now and then under Wine (once in a dozen runs here); the screenshot of such a miss is kept.
-open_new_puzzle() {
-    for attempt in 1 2 3; do
-        click 80 36
-        probe wait CWNDNEW 5 | grep -q FOUND && return 0
-        echo "new-puzzle press $attempt did not take"
-        shot "missed-new-puzzle-$1-$attempt"
-    done
-    e2e_fail "the new-puzzle screen did not open ($1 game)"
-}
 
 e2e_desktop "$name" 1024x768 Tavirel.exe
 sleep 2

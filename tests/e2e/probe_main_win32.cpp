@@ -15,10 +15,17 @@
 //                                prints "BOARD: rows cols"
 //   e2e_probe plan-join          picks the topmost loose piece on the table and one of its true
 //                                neighbours; prints "PAIR moved anchor", "PRESS x y", "RELEASE x y"
+//   e2e_probe plan-loose         the topmost loose piece whose middle is uncovered: "LOOSE i", "PRESS x y"
 //   e2e_probe pair A B           prints "GROUPS: ga gb" and "FINISHED: f"
 //   e2e_probe plan-place A X Y   the next piece to lay beside the pieces already laid round anchor A
 //                                (A = -1: the topmost piece goes to table position X, Y); prints
 //                                "PAIR moved A", "PRESS x y", "RELEASE x y", or "DONE"
+//   e2e_probe state              prints the whole game as the table answers for it: "GAME rows cols elapsed
+//                                hints finished", one "PIECE i view x y group lit depth" per piece and one
+//                                "BOX k name" per piece box
+//   e2e_probe changed            prints "CHANGED: 0|1", whether the game changed since its cut, save or load
+//   e2e_probe client CLASS X Y   prints "AT x y": the desktop point of client point X, Y of that window
+//   e2e_probe text CLASS         prints "TEXT: <text>" of the visible EDIT inside that top-level window
 #include <windows.h>
 
 #include <cstdio>
@@ -190,61 +197,102 @@ static int WaitBoard(int seconds) {
     return 1;
 }
 
+// The table's pieces as the probe sees them: the run topmost first, each piece's box, the grid and sizes.
+struct TableView {
+    HWND table;
+    int rows, cols, count;
+    POINT cell, margin, box;
+    RECT area;
+    std::vector<int> run;     // piece at each depth, topmost first
+    std::vector<POINT> at;    // each piece's box
+};
+
+static bool ReadTable(TableView* t) {
+    t->table = Table();
+    if (!t->table || Ask(t->table, BOARD_ASK_GRID) == -1) return false;
+    POINT grid = Pair(Ask(t->table, BOARD_ASK_GRID));
+    t->cell = Pair(Ask(t->table, BOARD_ASK_CELL));
+    t->margin = Pair(Ask(t->table, BOARD_ASK_MARGIN));
+    t->box = Pair(Ask(t->table, BOARD_ASK_BOX));
+    GetClientRect(t->table, &t->area);
+    t->rows = grid.x;
+    t->cols = grid.y;
+    t->count = t->rows * t->cols;
+    t->run.assign(size_t(t->count), -1);
+    t->at.assign(size_t(t->count), POINT{0, 0});
+    for (int i = 0; i < t->count; ++i) {
+        t->at[size_t(i)] = Pair(Ask(t->table, BOARD_ASK_POSITION, i));
+        LRESULT depth = Ask(t->table, BOARD_ASK_DEPTH, i);
+        if (Ask(t->table, BOARD_ASK_VIEW, i) == 6 && depth >= 0 && depth < t->count) t->run[size_t(depth)] = i;
+    }
+    return true;
+}
+
+// Where to press the loose piece at that depth: the middle of its cell, unless a piece above covers it
+// (then false).
+static bool UncoveredPress(const TableView& t, int depth, POINT* press) {
+    const int moved = t.run[size_t(depth)];
+    if (moved < 0 || Ask(t.table, BOARD_ASK_GROUP, moved) != 0) return false;
+    const POINT from = t.at[size_t(moved)];
+    *press = POINT{from.x + t.margin.x + t.cell.x / 2, from.y + t.margin.y + t.cell.y / 2};
+    for (int above = 0; above < depth; ++above) {
+        const POINT b = t.at[size_t(t.run[size_t(above)])];
+        if (press->x >= b.x && press->x < b.x + t.box.x && press->y >= b.y && press->y < b.y + t.box.y) return false;
+    }
+    return true;
+}
+
 // A loose piece of the table whose middle no piece above it covers moves onto the place beside a true
 // neighbour. The place must be one the table does not hold back (a piece may leave it by its tab margin
 // on the left and top, never by its cell on the right and bottom), or the drop would fall short.
 static int PlanJoin() {
-    HWND table = Table();
-    if (!table || Ask(table, BOARD_ASK_GRID) == -1) {
-        std::printf("NOPLAN: table %p\n", static_cast<void*>(table));
+    TableView t;
+    if (!ReadTable(&t)) {
+        std::printf("NOPLAN: no table\n");
         return 1;
     }
-    POINT grid = Pair(Ask(table, BOARD_ASK_GRID)), cell = Pair(Ask(table, BOARD_ASK_CELL));
-    POINT margin = Pair(Ask(table, BOARD_ASK_MARGIN)), box = Pair(Ask(table, BOARD_ASK_BOX));
-    RECT area;
-    GetClientRect(table, &area);
-    const int rows = grid.x, cols = grid.y, count = rows * cols;
-    // The table's run, topmost first, and each piece's box.
-    std::vector<int> run(size_t(count), -1);
-    std::vector<POINT> at(static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        at[size_t(i)] = Pair(Ask(table, BOARD_ASK_POSITION, i));
-        LRESULT depth = Ask(table, BOARD_ASK_DEPTH, i);
-        if (Ask(table, BOARD_ASK_VIEW, i) == 6 && depth >= 0 && depth < count) run[size_t(depth)] = i;
-    }
     const int dr[4] = {0, 0, -1, 1}, dc[4] = {-1, 1, 0, 0};
-    for (int depth = 0; depth < count; ++depth) {
-        const int moved = run[size_t(depth)];
-        if (moved < 0 || Ask(table, BOARD_ASK_GROUP, moved) != 0) continue;
-        const POINT from = at[size_t(moved)];
-        POINT press = {from.x + margin.x + cell.x / 2, from.y + margin.y + cell.y / 2};
-        bool covered = false;
-        for (int above = 0; above < depth && !covered; ++above) {
-            const POINT b = at[size_t(run[size_t(above)])];
-            covered = press.x >= b.x && press.x < b.x + box.x && press.y >= b.y && press.y < b.y + box.y;
-        }
-        if (covered) continue;
-        const int r = moved / cols, c = moved % cols;
+    for (int depth = 0; depth < t.count; ++depth) {
+        POINT press;
+        if (!UncoveredPress(t, depth, &press)) continue;
+        const int moved = t.run[size_t(depth)];
+        const POINT from = t.at[size_t(moved)];
+        const int r = moved / t.cols, c = moved % t.cols;
         for (int k = 0; k < 4; ++k) {
             const int nr = r + dr[k], nc = c + dc[k];
-            if (nr < 0 || nc < 0 || nr >= rows || nc >= cols) continue;
-            const int anchor = nr * cols + nc;
-            if (Ask(table, BOARD_ASK_VIEW, anchor) != 6) continue;
+            if (nr < 0 || nc < 0 || nr >= t.rows || nc >= t.cols) continue;
+            const int anchor = nr * t.cols + nc;
+            if (Ask(t.table, BOARD_ASK_VIEW, anchor) != 6) continue;
             // Where the moved piece belongs: the anchor's box shifted by one cell the other way.
-            const POINT to = at[size_t(anchor)];
-            const POINT target = {to.x - dc[k] * cell.x, to.y - dr[k] * cell.y};
-            if (target.x < -margin.x || target.y < -margin.y || target.x + cell.x > area.right ||
-                target.y + cell.y > area.bottom)
+            const POINT to = t.at[size_t(anchor)];
+            const POINT target = {to.x - dc[k] * t.cell.x, to.y - dr[k] * t.cell.y};
+            if (target.x < -t.margin.x || target.y < -t.margin.y || target.x + t.cell.x > t.area.right ||
+                target.y + t.cell.y > t.area.bottom)
                 continue;
             POINT release = {press.x + (target.x - from.x), press.y + (target.y - from.y)};
-            ClientToScreen(table, &press);
-            ClientToScreen(table, &release);
+            ClientToScreen(t.table, &press);
+            ClientToScreen(t.table, &release);
             std::printf("PAIR %d %d\nPRESS %ld %ld\nRELEASE %ld %ld\n", moved, anchor, press.x, press.y, release.x,
                         release.y);
             return 0;
         }
     }
     std::printf("NOPLAN: no uncovered loose piece has a neighbour it can be laid beside\n");
+    return 1;
+}
+
+// The topmost loose piece of the table that can be pressed: "LOOSE i" and "PRESS x y".
+static int PlanLoose() {
+    TableView t;
+    if (!ReadTable(&t)) return 1;
+    for (int depth = 0; depth < t.count; ++depth) {
+        POINT press;
+        if (!UncoveredPress(t, depth, &press)) continue;
+        ClientToScreen(t.table, &press);
+        std::printf("LOOSE %d\nPRESS %ld %ld\n", t.run[size_t(depth)], press.x, press.y);
+        return 0;
+    }
+    std::printf("NOPLAN: every loose piece is covered\n");
     return 1;
 }
 
@@ -306,6 +354,70 @@ static int ShowPair(int a, int b) {
     return 0;
 }
 
+// The piece boxes are the top-level `CWNDBOX` windows; box k holds the tray view with control id 100 + k.
+static HWND PieceBox(int k) {
+    for (HWND box = FindWindowExA(nullptr, nullptr, "CWNDBOX", nullptr); box;
+         box = FindWindowExA(nullptr, box, "CWNDBOX", nullptr)) {
+        HWND view = GetDlgItem(box, 100 + k);
+        char name[32] = "";
+        if (view && GetClassNameA(view, name, sizeof name) && std::strcmp(name, "CWNDPUZZLE") == 0) return box;
+    }
+    return nullptr;
+}
+
+// Box names are asked of the boxes themselves (WM_GETTEXT), not read from the system's caption copy.
+static std::string WindowText(HWND window) {
+    char text[64] = "";
+    DWORD_PTR ignored = 0;
+    SendMessageTimeoutA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text), SMTO_BLOCK, 2000, &ignored);
+    text[sizeof text - 1] = 0;
+    return text;
+}
+
+static int State() {
+    HWND table = Table();
+    if (!table || Ask(table, BOARD_ASK_GRID) == -1) {
+        std::printf("GAME none\n");
+        return 1;
+    }
+    POINT grid = Pair(Ask(table, BOARD_ASK_GRID));
+    const int count = grid.x * grid.y;
+    std::printf("GAME %ld %ld %ld %ld %ld\n", grid.x, grid.y, long(Ask(table, BOARD_ASK_ELAPSED)),
+                long(Ask(table, BOARD_ASK_HINTS)), long(Ask(table, BOARD_ASK_FINISHED)));
+    for (int i = 0; i < count; ++i) {
+        POINT at = Pair(Ask(table, BOARD_ASK_POSITION, i));
+        std::printf("PIECE %d %ld %ld %ld %ld %ld %ld\n", i, long(Ask(table, BOARD_ASK_VIEW, i)), at.x, at.y,
+                    long(Ask(table, BOARD_ASK_GROUP, i)), long(Ask(table, BOARD_ASK_LIT, i)),
+                    long(Ask(table, BOARD_ASK_DEPTH, i)));
+    }
+    for (int k = 0; k < 6; ++k) {
+        HWND box = PieceBox(k);
+        std::printf("BOX %d %s\n", k, box ? WindowText(box).c_str() : "(none)");
+    }
+    return 0;
+}
+
+static int ClientPoint(const char* topClass, int x, int y) {
+    HWND top = VisibleTopLevel(topClass);
+    POINT at = {x, y};
+    if (!top || !ClientToScreen(top, &at)) {
+        std::printf("AT: none\n");
+        return 1;
+    }
+    std::printf("AT: %ld %ld\n", at.x, at.y);
+    return 0;
+}
+
+static int EditText(const char* topClass) {
+    HWND edit = VisibleChild(topClass, "Edit", POINT{-1, -1});
+    if (!edit) {
+        std::printf("TEXT: none\n");
+        return 1;
+    }
+    std::printf("TEXT: %s\n", WindowText(edit).c_str());
+    return 0;
+}
+
 int main(int argc, char** argv) {
     std::string verb = argc >= 2 ? argv[1] : "";
     if (verb == "notice") return Notice(argc >= 3 ? std::atoi(argv[2]) : 20);
@@ -320,8 +432,17 @@ int main(int argc, char** argv) {
     if (verb == "slider" && argc >= 5) return Slider(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
     if (verb == "wait-board") return WaitBoard(argc >= 3 ? std::atoi(argv[2]) : 60);
     if (verb == "plan-join") return PlanJoin();
+    if (verb == "plan-loose") return PlanLoose();
     if (verb == "pair" && argc >= 4) return ShowPair(std::atoi(argv[2]), std::atoi(argv[3]));
     if (verb == "plan-place" && argc >= 5) return PlanPlace(std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4]));
+    if (verb == "state") return State();
+    if (verb == "changed") {
+        HWND table = Table();
+        std::printf("CHANGED: %ld\n", table ? long(Ask(table, BOARD_ASK_CHANGED)) : -1L);
+        return table ? 0 : 1;
+    }
+    if (verb == "text" && argc >= 3) return EditText(argv[2]);
+    if (verb == "client" && argc >= 5) return ClientPoint(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
     if (verb == "screen") {
         HDC screen = GetDC(nullptr);
         std::printf("SCREEN: %d %d %d\n", GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
@@ -330,6 +451,6 @@ int main(int argc, char** argv) {
         return 0;
     }
     std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|wait-child|rect|child|slider|screen|wait-board|"
-                         "plan-join|pair|plan-place ...\n");
+                         "plan-join|plan-loose|pair|plan-place|state|changed|text ...\n");
     return 2;
 }
