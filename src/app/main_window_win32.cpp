@@ -17,6 +17,7 @@
 #include "gfx/image_object_win32.h"
 #include "puzzle/model.h"
 #include "setup/piece_box_win32.h"
+#include "setup/saved_puzzle_win32.h"
 
 HWND g_sideButtons[kSideButtonCount];
 HWND g_infoButton;
@@ -72,6 +73,7 @@ static LRESULT Main_OnCreate(HWND window) {
                                    g_screenWidth - infoWidth, 80, 50, 50, window, nullptr, instance, nullptr);
     SendMessageA(g_infoButton, PM_SETIMAGE, 0, reinterpret_cast<LPARAM>(ImageObject_Dib(&g_infoImage)));
     g_puzzleChanged = NoteGameChanged;
+    g_puzzleLoaded = WriteResumeNow;  // an opened game is the one to come back to
     StartResumeKeeping(window);
     return 0;
 }
@@ -85,6 +87,7 @@ static void Main_OnClose(HWND window) {
 static void Main_OnDestroy(HWND window) {
     KillTimer(window, kResumeTimerId);
     g_puzzleChanged = nullptr;
+    g_puzzleLoaded = nullptr;
     ImageObject_Destroy(&g_infoImage);
     if (g_sideButtonImages) {
         for (int i = 0; i < kSideButtonCount; ++i) ImageObject_Destroy(&g_sideButtonImages[i]);

@@ -440,6 +440,11 @@ void FinishBoxRename(uint8_t answer, const char* typed) {
         char name[kBoxNameLimit + 1];
         CutBoxName(typed, name);
         SetWindowTextA(box, name);
+        // Box names are part of a saved game: a new name is a change worth saving.
+        if (HasPuzzle(&g_puzzle)) {
+            g_puzzle.puzzle_dirty = 1;
+            if (g_puzzleHooks.enableSave) g_puzzleHooks.enableSave();
+        }
     }
     EnableWindow(box, TRUE);
     // Closing the question brings the main window forward; under Wine the renamed box, disabled at that

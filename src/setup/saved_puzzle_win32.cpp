@@ -23,6 +23,8 @@ HWND BoxWindow(int k) {
 
 }  // namespace
 
+void (*g_puzzleLoaded)() = nullptr;
+
 bool SavePuzzleFile(const char* path, bool withThumbnail) {
     SavedBoxNames boxes = {};
     for (int k = 0; k < kTrayCount; ++k) {
@@ -49,5 +51,6 @@ bool LoadPuzzleFile(const char* path, bool* hintsLeft) {
     }
     ShowLoadedPuzzle(&g_puzzle);
     if (hintsLeft) *hintsLeft = SavedHintsLeft(saved);
+    if (g_puzzleLoaded) g_puzzleLoaded();
     return true;
 }

@@ -11,3 +11,5 @@ bool SavePuzzleFile(const char* path, bool withThumbnail);
 // replace the one in play (boxes hidden and renamed, their side buttons, the table redrawn, the clock
 // shown). A failed load leaves the game in play untouched. *hintsLeft: hints remain for this puzzle.
 bool LoadPuzzleFile(const char* path, bool* hintsLeft);
+// Told after every successful load, as the resume file wants to know (null: nobody listens).
+extern void (*g_puzzleLoaded)();
