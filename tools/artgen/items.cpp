@@ -398,7 +398,16 @@ void NewPuzzlePanel(cairo_t* cr, int w, int h, const std::string& title, bool br
         TextStyle s{kTitleFont, 34, Hex(0x3a200b), kTextEngraved, 0, false};
         DrawTextUpwards(cr, title, tx + 4, ty + 12, tw - 8, th - 24, s);
     } else {
-        for (int i = 0; i < 4; ++i) DrawWell(cr, 4 + 111 * i, 86, 112, 131);
+        for (int i = 0; i < 4; ++i) {
+            DrawWell(cr, 4 + 111 * i, 86, 112, 131);
+            // The saved game's name is written at (6 + 111 i, 193) in light ivory: a dark plate under it.
+            RoundedRect(cr, 6 + 111 * i, 193, 108, 24, 3);
+            SetColor(cr, kWalnutDark, 0.92);
+            cairo_fill_preserve(cr);
+            SetColor(cr, kBrassDark, 0.8);
+            cairo_set_line_width(cr, 1);
+            cairo_stroke(cr);
+        }
     }
     // The wood rail under the page holds the close, start and help buttons.
     cairo_move_to(cr, px, py + ph + 6.5);
