@@ -6,9 +6,11 @@
 #include <cstring>
 #include <string>
 
+#include "app/version.h"
+
 static const char kAboutClass[] = "TavirelAbout";
 static const char kHeading[] =
-    "Tavirel Puzzle 1.0\r\n"
+    "Tavirel Puzzle " TAVIREL_VERSION_TEXT "\r\n"
     "A photo jigsaw game.\r\n"
     "\r\n"
     "Program, artwork, sounds and clips made by the Tavirel Puzzle team.\r\n"
