@@ -13,6 +13,7 @@
 #include "app/resume_win32.h"
 #include "app/strings_win32.h"
 #include "app/title_window_win32.h"
+#include "controls/control_messages.h"
 #include "controls/controls_win32.h"
 #include "extras/bars_win32.h"
 #include "extras/video_win32.h"
@@ -70,14 +71,22 @@ void RegisterWindowClasses(HINSTANCE instance) {
 
 // The title bar's new-puzzle button puts the current puzzle away before the screen opens: the screen's
 // choosers set the next puzzle's rows, columns and zoom.
+// The save button follows the game: nothing to save without a puzzle or right after a cut.
+static void DisableSaveButton() {
+    if (g_saveButton) SendMessageA(g_saveButton, PM_SETENABLE, 0, 0);
+}
+
 static void CloseGameAndOpenNewPuzzle() {
     ClearPuzzle(&g_puzzle, true);
+    DisableSaveButton();
     OpenNewPuzzleScreen();
 }
 
 // A new game is kept in the resume file from its first moment.
 static void StartGameWithShape(int32_t shape) {
-    if (StartNewGame(shape)) WriteResumeNow();
+    if (!StartNewGame(shape)) return;
+    DisableSaveButton();
+    WriteResumeNow();
 }
 
 // The play clock stands still while the browser is open; closing it lets the clock count again.
