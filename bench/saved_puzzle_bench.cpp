@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "gfx/dib.h"
 #include "gfx/pack.h"
 #include "gfx/pack_writer.h"
@@ -21,72 +22,6 @@ namespace {
 
 constexpr int32_t kTableWidth = 1843, kTableHeight = 952;
 constexpr int32_t kPhotoWidth = 1600, kPhotoHeight = 1200;
-
-std::vector<uint8_t> NewDib(int32_t width, int32_t height, int bits) {
-    const int64_t stride = DibStride(bits, width);
-    std::vector<uint8_t> dib(kDibPixelOffset + size_t(stride) * height, 0);
-    DibHeader h{};
-    h.biSize = 40;
-    h.biWidth = width;
-    h.biHeight = height;
-    h.biPlanes = 1;
-    h.biBitCount = uint16_t(bits);
-    h.biSizeImage = uint32_t(stride * height);
-    h.biClrUsed = bits == 8 ? 256 : 0;
-    std::memcpy(dib.data(), &h, sizeof h);
-    return dib;
-}
-
-// Gradients with noise, so that nothing is uniform.
-std::vector<uint8_t> NoisyPhoto() {
-    std::vector<uint8_t> dib = NewDib(kPhotoWidth, kPhotoHeight, 24);
-    std::mt19937 random(7);
-    const int64_t stride = DibStride(24, kPhotoWidth);
-    for (int32_t y = 0; y < kPhotoHeight; ++y) {
-        uint8_t* row = dib.data() + kDibPixelOffset + y * stride;
-        for (int32_t x = 0; x < kPhotoWidth; ++x) {
-            row[3 * x] = uint8_t(x * 255 / kPhotoWidth + (random() & 15));
-            row[3 * x + 1] = uint8_t(y * 255 / kPhotoHeight + (random() & 15));
-            row[3 * x + 2] = uint8_t((x + y) & 255);
-        }
-    }
-    return dib;
-}
-
-// A 2 x 2 cut pattern numbered as the game's, a round tab on every edge.
-std::vector<uint8_t> TabbedPattern() {
-    const int32_t size = 2 * 200 + 132;
-    std::vector<uint8_t> dib = NewDib(size, size, 8);
-    auto tab = [](int32_t depth, int32_t along) {
-        if (depth < 0) return false;
-        if (depth < 10 && along > 88 && along < 112) return true;
-        const int32_t dx = depth - 28, dy = along - 100;
-        return dx * dx + dy * dy < 400;
-    };
-    auto wrap = [](int32_t v) { return uint32_t(((v % 2) + 2) % 2); };
-    auto pushRight = [](uint32_t r, uint32_t c) { return (r * 7 + c * 3 + 1) % 2 == 0; };
-    auto pushDown = [](uint32_t r, uint32_t c) { return (r * 5 + c * 11) % 2 == 0; };
-    for (int32_t y = 0; y < size; ++y)
-        for (int32_t x = 0; x < size; ++x) {
-            const int32_t u = x - 66, v = y - 66;
-            const int32_t cx = u >= 0 ? u / 200 : -1, cy = v >= 0 ? v / 200 : -1;
-            const int32_t lx = u - cx * 200, ly = v - cy * 200;
-            int32_t ox = cx, oy = cy;
-            if (pushRight(wrap(cy), wrap(cx - 1)) && tab(lx, ly)) ox = cx - 1;
-            else if (!pushRight(wrap(cy), wrap(cx)) && tab(199 - lx, ly)) ox = cx + 1;
-            else if (pushDown(wrap(cy - 1), wrap(cx)) && tab(ly, lx)) oy = cy - 1;
-            else if (!pushDown(wrap(cy), wrap(cx)) && tab(199 - ly, lx)) oy = cy + 1;
-            uint32_t region = 0;
-            const bool rowIn = oy >= 0 && oy < 2, columnIn = ox >= 0 && ox < 2;
-            if (rowIn && columnIn) region = uint32_t(oy * 2 + ox + 1);
-            else if (oy == -1 && columnIn) region = 5 + uint32_t(ox);
-            else if (ox == 2 && rowIn) region = 7 + uint32_t(oy);
-            else if (oy == 2 && columnIn) region = 9 + uint32_t(ox);
-            else if (ox == -1 && rowIn) region = 11 + uint32_t(oy);
-            dib[kDibPixelOffset + size_t(size - 1 - y) * size + x] = uint8_t(region);
-        }
-    return dib;
-}
 
 // The photograph as a file, a pack with the pattern, the game cut and played a little, and its save file.
 struct LargestGame {
@@ -105,8 +40,8 @@ LargestGame* Largest() {
     game->folder = folder;
     game->photoPath = game->folder + "/photo.bmp";
     game->savePath = game->folder + "/largest.epf";
-    game->photo = NoisyPhoto();
-    game->pattern = TabbedPattern();
+    game->photo = MakePhoto(kPhotoWidth, kPhotoHeight);
+    game->pattern = MakePattern();
     if (!WriteDibAsBmp(game->photoPath.c_str(), game->photo.data())) std::abort();
     PackWriter writer;
     const std::string pack = game->folder + "/Tavirel.rf";
