@@ -5,6 +5,7 @@
 #include <new>
 
 #include "app/app_win32.h"
+#include "app/settings.h"
 #include "app/art_ids.h"
 #include "app/strings_win32.h"
 #include "app/theme.h"
@@ -172,7 +173,7 @@ void ApplyLanguage(int32_t language) {
     if (g_reloadBarLabels) g_reloadBarLabels();
     char text[16];
     std::snprintf(text, sizeof text, "%d", int(language));
-    WritePrivateProfileStringA("Tavirel", "Idioma", text, "Tavirel.ini");
+    WritePrivateProfileStringA(kSettingsSection, "Idioma", text, SettingsFilePath());
     char caption[90];
     LoadLocalString(STR_PREVIEW, caption, sizeof caption);
     if (g_magnifierWindow) SetWindowTextA(g_magnifierWindow, caption);

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "app/app_win32.h"
+#include "app/settings.h"
 #include "app/art_ids.h"
 #include "app/display_check.h"
 #include "app/language_chooser_win32.h"
@@ -119,7 +120,7 @@ int RunTavirel(HINSTANCE instance) {
 
     int length = int(GetModuleFileNameA(instance, g_appFolder, kPathCapacity));
     FolderOfModulePath(g_appFolder, length);
-    WritePrivateProfileStringA("Tavirel", "AppPath", g_appFolder, "tavirel.ini");
+    WritePrivateProfileStringA(kSettingsSection, "AppPath", g_appFolder, SettingsFilePath());
 
     RegisterWindowClasses(instance);
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/app_win32.h"
+#include "app/settings.h"
 #include "app/art_ids.h"
 #include "app/language_chooser_win32.h"
 #include "app/main_window_win32.h"
@@ -168,11 +169,11 @@ ChooserParts FindChooserParts(HWND chooser) {
 
 std::string IdiomaInIni() {
     char value[16] = "";
-    GetPrivateProfileStringA("Tavirel", "Idioma", "none", value, sizeof value, "Tavirel.ini");
+    GetPrivateProfileStringA("Tavirel", "Idioma", "none", value, sizeof value, SettingsFilePath());
     return value;
 }
 
-// Every chooser test reads and writes the one Tavirel.ini: tests running side by side take turns.
+// Every chooser test reads and writes the one tavirel.ini: tests running side by side take turns.
 struct LanguageChooser : ::testing::Test {
     TestWindow main{0, 0, 400, 400};
     HANDLE iniTurn = nullptr;
@@ -181,12 +182,12 @@ struct LanguageChooser : ::testing::Test {
         WaitForSingleObject(iniTurn, 60000);
         RegisterControlClasses(GetModuleHandleA(nullptr));
         RegisterLanguageChooserClass(GetModuleHandleA(nullptr));
-        WritePrivateProfileStringA("Tavirel", "Idioma", nullptr, "Tavirel.ini");
+        WritePrivateProfileStringA("Tavirel", "Idioma", nullptr, SettingsFilePath());
         g_language = kEnglish;
         g_mainWindow = main.hwnd;
     }
     void TearDown() override {
-        WritePrivateProfileStringA("Tavirel", "Idioma", nullptr, "Tavirel.ini");
+        WritePrivateProfileStringA("Tavirel", "Idioma", nullptr, SettingsFilePath());
         g_language = kEnglish;
         g_mainWindow = nullptr;
         ReleaseMutex(iniTurn);
