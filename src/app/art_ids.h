@@ -23,6 +23,8 @@
     X(kArtTrayCloseButton, 225, 1)         /* close of the preview and of each piece box */             \
     X(kArtTrayTile, 227, 1)                /* 30 x 31: preview title strip and piece-box backdrop */    \
     X(kArtTrayRenameButton, 228, 1)                                                                     \
+    X(kArtMainFrameAcross, 332, 1)         /* walnut round the table, grain left to right, tiled */    \
+    X(kArtMainFrameUpright, 333, 1)        /* the same wood with the grain running down, tiled */      \
     /* Tool bar (left) and options bar (bottom) with their slide-out panels */                          \
     X(kArtToolsBarTile, 104, 1)                                                                         \
     X(kArtOptionsBarTile, 105, 1)                                                                       \

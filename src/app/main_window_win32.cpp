@@ -2,9 +2,11 @@
 #include "app/main_window_win32.h"
 
 #include <new>
+#include <vector>
 
 #include "app/app_win32.h"
 #include "app/art_ids.h"
+#include "app/main_frame.h"
 #include "app/resume_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
@@ -26,16 +28,40 @@ int32_t g_tableBackground;
 static ImageObject* g_sideButtonImages;  // six, made on creation
 static ImageObject g_infoImage;
 static ImageObject g_tableCloth;
+static HBRUSH g_frameWood[2];  // by FrameGrain: the frame's two tiles as brushes, tiled from the window's origin
 
 POINT SideButtonPosition(int i) {
     POINT at = {g_screenWidth - 25, g_screenHeight / 2 - 112 + 46 * i};
     return at;
 }
 
+// A brush that repeats the pack's tile; plain walnut when the pack lacks it, so the frame is never black.
+static HBRUSH MakeWoodBrush(uint32_t id) {
+    ImageObject tile;
+    ImageObject_Init(&tile, false);
+    HBRUSH brush = nullptr;
+    const uint8_t* dib = ImageObject_LoadFromPack(&tile, id) ? ImageObject_Dib(&tile) : nullptr;
+    if (dib) {
+        // A packed DIB's header is followed by its colour table, as BITMAPINFO wants; the pixels sit apart.
+        const BITMAPINFO* info = reinterpret_cast<const BITMAPINFO*>(dib);
+        HDC screen = GetDC(nullptr);
+        HBITMAP bitmap = CreateDIBitmap(screen, &info->bmiHeader, CBM_INIT, DibPixels(dib), info, DIB_RGB_COLORS);
+        ReleaseDC(nullptr, screen);
+        if (bitmap) {
+            brush = CreatePatternBrush(bitmap);  // keeps its own copy of the pixels
+            DeleteObject(bitmap);
+        }
+    }
+    ImageObject_Destroy(&tile);
+    return brush ? brush : CreateSolidBrush(kFrameFallbackColor);
+}
+
 static LRESULT Main_OnCreate(HWND window) {
     HINSTANCE instance = GetModuleHandleA(nullptr);
     g_mainWindow = window;
     g_tableBackground = 0;
+    g_frameWood[kGrainAcross] = MakeWoodBrush(kArtMainFrameAcross);
+    g_frameWood[kGrainUpright] = MakeWoodBrush(kArtMainFrameUpright);
     ImageObject_Init(&g_tableCloth, false);
     ImageObject_LoadFromPack(&g_tableCloth, kArtCloth + uint32_t(g_tableBackground));
 
@@ -95,6 +121,10 @@ static void Main_OnDestroy(HWND window) {
         g_sideButtonImages = nullptr;
     }
     ImageObject_Destroy(&g_tableCloth);
+    for (HBRUSH& brush : g_frameWood) {
+        if (brush) DeleteObject(brush);
+        brush = nullptr;
+    }
     g_mainWindow = nullptr;
     PostQuitMessage(0);
 }
@@ -117,6 +147,58 @@ static void Main_OnNotify(WPARAM event, HWND from) {
     if (id >= kFirstSideButtonId && id < kFirstSideButtonId + kSideButtonCount) TogglePieceBox(id - kFirstSideButtonId);
 }
 
+// The size a child stands at on this window; nothing when it was never made.
+static void ChildSize(HWND child, int32_t* width, int32_t* height) {
+    RECT r = {0, 0, 0, 0};
+    if (child) GetWindowRect(child, &r);
+    *width = r.right - r.left;
+    *height = r.bottom - r.top;
+}
+
+// The walnut frame with its brass rail round the table, over the parts of the window that no child
+// covers, within the update rectangle. One tile grid from the window's origin: a partial repaint
+// meets the wood around it without a seam.
+static void Main_Paint(HDC dc, const RECT& update) {
+    FrameChildren children = {};
+    ChildSize(g_sideButtons[0], &children.sideButtonWidth, &children.sideButtonHeight);
+    ChildSize(g_infoButton, &children.infoWidth, &children.infoHeight);
+    std::vector<FrameArea> areas = MainFrameAreas(g_screenWidth, g_screenHeight, children);
+    int saved = SaveDC(dc);
+    SetBrushOrgEx(dc, 0, 0, nullptr);
+    HRGN frame = CreateRectRgn(0, 0, 0, 0);
+    FrameBox bounds = {update.left, update.top, update.right, update.bottom};
+    for (const FrameArea& area : areas) {
+        FrameBox part = IntersectRects(area.rect, bounds);
+        if (part.right <= part.left) continue;
+        RECT r = {part.left, part.top, part.right, part.bottom};
+        FillRect(dc, &r, g_frameWood[area.grain]);
+        HRGN piece = CreateRectRgnIndirect(&r);
+        CombineRgn(frame, frame, piece, RGN_OR);
+        DeleteObject(piece);
+    }
+    // The rail is drawn as whole rings; the frame's own outline keeps it off the children.
+    ExtSelectClipRgn(dc, frame, RGN_AND);
+    for (int d = 1; d <= kRailRings; ++d) {
+        FrameBox ring = RailRing(g_screenWidth, g_screenHeight, d);
+        HBRUSH brass = CreateSolidBrush(kRailColors[d - 1]);
+        RECT sides[4] = {{ring.left, ring.top, ring.right, ring.top + 1},
+                         {ring.left, ring.bottom - 1, ring.right, ring.bottom},
+                         {ring.left, ring.top, ring.left + 1, ring.bottom},
+                         {ring.right - 1, ring.top, ring.right, ring.bottom}};
+        for (const RECT& side : sides) FillRect(dc, &side, brass);
+        DeleteObject(brass);
+    }
+    RestoreDC(dc, saved);
+    DeleteObject(frame);
+}
+
+static void Main_OnPaint(HWND window) {
+    PAINTSTRUCT paint;
+    HDC dc = BeginPaint(window, &paint);
+    if (dc) Main_Paint(dc, paint.rcPaint);
+    EndPaint(window, &paint);
+}
+
 static LRESULT CALLBACK Main_WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_CREATE: return Main_OnCreate(window);
@@ -129,10 +211,13 @@ static LRESULT CALLBACK Main_WindowProc(HWND window, UINT message, WPARAM wParam
         if (wParam == kResumeTimerId) OnResumeTimer();
         return 0;
     case WM_SIZE: Main_OnSize(wParam); return 0;
-    case WM_PAINT: {
-        PAINTSTRUCT paint;
-        BeginPaint(window, &paint);
-        EndPaint(window, &paint);
+    case WM_PAINT: Main_OnPaint(window); return 0;
+    // Every pixel that shows is the frame's or a child's: erasing to black first would only flash.
+    case WM_ERASEBKGND: return 1;
+    case WM_PRINTCLIENT: {
+        RECT client;
+        GetClientRect(window, &client);
+        Main_Paint(reinterpret_cast<HDC>(wParam), client);
         return 0;
     }
     case WM_QUERYNEWPALETTE: InvalidateRect(window, nullptr, FALSE); return 0;

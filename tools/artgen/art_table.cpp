@@ -35,6 +35,8 @@ const ArtEntry kArtTable[] = {
     ONE(kArtTrayCloseButton, "box close", 22, 66, R, kCmd),
     ONE(kArtTrayTile, "box tile", 30, 31, R, kTile),
     ONE(kArtTrayRenameButton, "box rename", 22, 66, R, kCmd),
+    ONE(kArtMainFrameAcross, "main frame, across", 160, 64, R, kTile),
+    ONE(kArtMainFrameUpright, "main frame, upright", 64, 160, R, kTile),
     ONE(kArtToolsBarTile, "tools bar tile", 25, 139, R, kTile),
     ONE(kArtOptionsBarTile, "options bar tile", 103, 25, R, kTile),
     ONE(kArtToolsPanelTile, "tools panel tile", 98, 95, R, kTile),

@@ -715,6 +715,8 @@ cairo_surface_t* DrawArtItem(const ArtEntry& entry, uint32_t id, const std::stri
         cairo_surface_destroy(felt);
         break;
     }
+    case kArtMainFrameAcross: WoodTile(cr, w, h, 3320, false, 0.82); break;
+    case kArtMainFrameUpright: WoodTile(cr, w, h, 3330, true, 0.82); break;
     case kArtToolsBarTile:
         WoodTile(cr, w, h, 1040, true);
         TileBorderV(cr, h, w - 4, 3);
