@@ -42,11 +42,15 @@ if(WIN32)
     COMMENT "Making the sounds, cursors and icon")
   add_custom_target(tavirel_res_files DEPENDS ${TAVIREL_RES_FILES})
   file(GLOB TAVIREL_RC_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/res/*.rc)
-  set_source_files_properties(${CMAKE_SOURCE_DIR}/res/tavirel.rc PROPERTIES
-    OBJECT_DEPENDS "${TAVIREL_RES_FILES};${TAVIREL_RC_SOURCES}"
-    INCLUDE_DIRECTORIES "${TAVIREL_RES_DIR};${CMAKE_SOURCE_DIR}/res")
+  # The version resource numbers itself from app/version.h, made into the generated folder.
+  set_source_files_properties(${CMAKE_SOURCE_DIR}/res/tavirel.rc ${CMAKE_SOURCE_DIR}/res/about.rc PROPERTIES
+    OBJECT_DEPENDS "${TAVIREL_RES_FILES};${TAVIREL_RC_SOURCES};${CMAKE_SOURCE_DIR}/res/tavirel.manifest;${CMAKE_BINARY_DIR}/generated/app/version.h"
+    INCLUDE_DIRECTORIES "${TAVIREL_RES_DIR};${CMAKE_SOURCE_DIR}/res;${CMAKE_BINARY_DIR}/generated")
   target_sources(Tavirel PRIVATE ${CMAKE_SOURCE_DIR}/res/tavirel.rc)
   add_dependencies(Tavirel tavirel_res_files)
+  # about.exe: the game's icon, its own version resource and the same manifest.
+  target_sources(about PRIVATE ${CMAKE_SOURCE_DIR}/res/about.rc)
+  add_dependencies(about tavirel_res_files)
 
   if(TARGET win32_tests)
     # The media test plays the executable's own WAVE resources and opens the game's clips.

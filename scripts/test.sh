@@ -68,6 +68,16 @@ if configure_and_build native -DCMAKE_BUILD_TYPE=Debug -DTAVIREL_SANITIZE=ON -DT
     count_ctest "$logs/native-tests.log"
 fi
 
+# The portable core and its unit tests once more as 32-bit code (g++ -m32): every size and offset the
+# file readers compute from file data, with the 4-byte size_t of the 32-bit game.
+if TARGETS="unit_tests" configure_and_build native32 -DCMAKE_TOOLCHAIN_FILE=cmake/Native32.cmake \
+    -DCMAKE_BUILD_TYPE=Debug -DTAVIREL_SANITIZE=ON -DTAVIREL_CORE_ONLY=ON; then
+    echo "== native 32-bit tests"
+    (cd build/native32 && ctest -j "$jobs" --output-on-failure --timeout 300) >"$logs/native32-tests.log" 2>&1
+    grep -E '(Failed|\*\*\*|tests passed)' "$logs/native32-tests.log" | tail -n 20
+    count_ctest "$logs/native32-tests.log"
+fi
+
 if CC=clang CXX=clang++ TARGETS="pack_fuzz bmp_fuzz saved_puzzle_fuzz puzzle_preview_fuzz" configure_and_build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAVIREL_FUZZ=ON \
     -DTAVIREL_TESTS=OFF; then
     echo "== fuzzing the file readers"
