@@ -10,9 +10,6 @@ if [ ! -d "$dest" ]; then
     echo "Tavirel Puzzle is not installed in $dest"
     exit 0
 fi
-# The game writes its settings (tavirel.ini) into the Windows folder of its prefix: kept beside the rest.
-settings="$dest/wine/drive_c/windows/tavirel.ini"
-[ -f "$settings" ] && [ ! -e "$dest/tavirel.ini" ] && mv "$settings" "$dest/tavirel.ini"
 find "$dest" -mindepth 1 -maxdepth 1 ! -name folder ! -name Records.qmr ! -name Resume.epf ! -name tavirel.ini \
     -exec rm -rf {} +
 [ -d "$dest/folder" ] && find "$dest/folder" -mindepth 1 ! -iname '*.epf' -exec rm -rf {} +
