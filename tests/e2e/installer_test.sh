@@ -153,7 +153,10 @@ cmp -s "$inst/folder/Mine.epf" "$work/player/Mine.epf" || e2e_fail "the uninstal
 cmp -s "$inst/Records.qmr" "$work/player/Records.qmr" || e2e_fail "the uninstall did not keep Records.qmr"
 left=$(cd "$inst" && find . -mindepth 1 | LC_ALL=C sort | tr '\n' ' ')
 echo "left in the install folder: $left"
-[ "$left" = "./Records.qmr ./folder ./folder/Mine.epf " ] || e2e_fail "the uninstall left more or less: $left"
+# The game, started above, wrote its settings beside itself: a player's file, kept like the others.
+grep -q "AppPath=" "$inst/tavirel.ini" 2>/dev/null || e2e_fail "the game did not keep its settings beside itself"
+[ "$left" = "./Records.qmr ./folder ./folder/Mine.epf ./tavirel.ini " ] ||
+    e2e_fail "the uninstall left more or less: $left"
 
 echo "== uninstall asked to remove the player's files"
 run_setup "install after the uninstall"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Saved games with the real Tavirel.exe in a 1024 x 768 Wine desktop, driven from outside with xdotool:
-# a few joins, a piece put in box 1 and the box renamed, the game saved under a typed name through the
-# title bar's save button, one more drop, a new puzzle (answering the leave question), the saved game
-# opened again through the browser by double click and found exactly as it was; then one more join, the
+# a join and another drop, a piece put in box 1 and the box renamed, the game saved under a typed name
+# through the title bar's save button, one more drop, a new puzzle (answering the leave question), the saved game
+# opened again through the browser by double click and found exactly as it was; then one more drop, the
 # game process killed, started again, the resume question answered yes and the game found as it was.
 #   saved_games_test.sh BUILD_DIR GAME_FOLDER SCREENSHOT_FOLDER
 set -uo pipefail
@@ -20,6 +20,8 @@ name=e2esave
 game_state() { probe state | grep -E '^(PIECE|BOX)'; }
 game_line() { probe state | grep '^GAME' | awk '{print $2, $3, $5, $6}'; }
 
+# join_once: a loose piece laid beside a true neighbour; they must join. Prints "NOPLAN" and returns 1
+# when the scatter leaves no uncovered loose piece a place beside a neighbour.
 join_once() {
     local plan
     for _ in 1 2 3; do
@@ -27,13 +29,27 @@ join_once() {
         grep -q PAIR <<<"$plan" && break
         sleep 1
     done
-    read -r _ moved anchor < <(grep PAIR <<<"$plan") || e2e_fail "no piece pair to join: $plan"
+    read -r _ moved anchor < <(grep PAIR <<<"$plan") || { echo "$plan"; return 1; }
     read -r _ px py < <(grep PRESS <<<"$plan")
     read -r _ rx ry < <(grep RELEASE <<<"$plan")
     drag "$px" "$py" "$rx" "$ry"
     read -r _ ga gb < <(probe pair "$moved" "$anchor" | grep GROUPS)
     [ "$ga" != 0 ] && [ "$ga" = "$gb" ] || e2e_fail "pieces $moved and $anchor did not join (groups $ga $gb)"
     echo "joined $moved and $anchor"
+}
+
+# change_once: a join when the scatter allows one, else a loose piece moved into the empty upper half of
+# the table (the scatter fills the lower half): either way the game changes by one drop.
+moves=0
+change_once() {
+    join_once && return 0
+    local plan
+    plan=$(probe plan-loose)
+    read -r _ loose < <(grep LOOSE <<<"$plan") || e2e_fail "no loose piece to move: $plan"
+    read -r _ px py < <(grep PRESS <<<"$plan")
+    moves=$((moves + 1))
+    drag "$px" "$py" $((200 + 90 * moves)) 170
+    echo "moved piece $loose"
 }
 
 # wait_gone CLASS: until no visible top-level window of that class is left.
@@ -66,8 +82,8 @@ slide_to_end $((left + 375)) $((top + 205))
 click $((left + 271)) $((top + 260))
 board=$(probe wait-board 90)
 grep -q "BOARD: [0-9]" <<<"$board" || e2e_fail "the puzzle was not laid out: $board"
-join_once
-join_once
+join_once || e2e_fail "no piece pair to join in a fresh scatter"
+change_once
 
 # A loose piece into box 1 through its side button, then the box shown and renamed.
 plan=$(probe plan-loose)
@@ -105,7 +121,7 @@ wait_gone CWNDFILE
 probe changed | grep -q 'CHANGED: 0' || e2e_fail "the game still counts as changed after saving"
 
 # One more drop changes the game, so a new puzzle asks first.
-join_once
+change_once
 open_new_puzzle_after_question() {
     for attempt in 1 2 3; do
         click 80 36
@@ -148,16 +164,16 @@ fi
 [ "$(game_line)" = "$saved_line" ] || e2e_fail "grid, hints or finished differ: $(game_line) against $saved_line"
 echo "the opened game matches the saved one: $(grep -c PIECE <<<"$opened_state") pieces and six boxes"
 
-# --- One more join, kept in the resume file; the game process killed in mid-game.
-marker="$game/before-last-join"
+# --- One more drop, kept in the resume file; the game process killed in mid-game. The file is awaited
+# from after the drop: a write of the running clock may have come just before it.
+change_once
+marker="$game/after-last-drop"
 touch "$marker"
-sleep 1
-join_once
-for _ in $(seq 1 150); do
+for _ in $(seq 1 250); do
     [ -n "$(find "$game/Resume.epf" -newer "$marker" 2>/dev/null)" ] && break
     sleep 0.1
 done
-[ -n "$(find "$game/Resume.epf" -newer "$marker" 2>/dev/null)" ] || e2e_fail "the resume file was not written after the join"
+[ -n "$(find "$game/Resume.epf" -newer "$marker" 2>/dev/null)" ] || e2e_fail "the resume file was not written after the drop"
 killed_state=$(game_state)
 killed_line=$(game_line)
 shot 07-before-kill
