@@ -25,6 +25,7 @@
     X(kArtTrayRenameButton, 228, 1)                                                                     \
     X(kArtMainFrameAcross, 332, 1)         /* walnut round the table, grain left to right, tiled */    \
     X(kArtMainFrameUpright, 333, 1)        /* the same wood with the grain running down, tiled */      \
+    X(kArtGatherEdgesButton, 340, 1)       /* animated, eleven frames: ten as the others, then dimmed */ \
     /* Tool bar (left) and options bar (bottom) with their slide-out panels */                          \
     X(kArtToolsBarTile, 104, 1)                                                                         \
     X(kArtOptionsBarTile, 105, 1)                                                                       \

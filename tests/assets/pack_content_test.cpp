@@ -2,6 +2,8 @@
 // screens need, the cut patterns and their checker, and the photographs, clips and help pages.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -90,6 +92,7 @@ const Fixed kFixedIds[] = {
     {228, 1, 0, 0, 0, 3, 1, 0, 31},        {244, 1, 0, 0, 0, 3, 1, 0, 0},
     {260, 1, 500, 50, 0, 1, 10, 0, 0},     {261, 1, 800, 600, 0, 1, 1, 0, 0},
     {272, 1, 1496, 243, 0, 1, 1, 0, 0},    {273, 1, 1496, 228, 0, 1, 1, 0, 0},
+    {340, 1, 550, 50, 0, 1, 11, 0, 0},
     {503, 3, 0, 0, 0, 2, 1, 0, 0},         {507, 1, 0, 0, 0, 1, 1, 0, 0},
     {600, 6, 50, 0, 0, 3, 1, 50, 46},      {2000, 6, 0, 0, 0, 1, 1, 0, 0},
     {2060, 6, 0, 0, 0, 3, 1, 0, 68},       {2070, 6, 88, 168, 0, 3, 1, 0, 0},
@@ -158,6 +161,59 @@ TEST_F(PackContent, EveryTableItemMatchesItsEntry) {
     }
     // Nothing in the pack that the table does not know.
     EXPECT_EQ(pack.count, seen.size());
+}
+
+// The gather-edges button: the ten frames of every animated button, then an eleventh that shows it
+// cannot be pressed now: the rest frame drawn darker and drained of its colour, its icon still there.
+TEST_F(PackContent, GatherEdgesButtonEndsWithADimmedFrame) {
+    const ArtEntry* entry = FindArtEntry(kArtGatherEdgesButton);
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->layout, ArtLayout::Anim);
+    EXPECT_EQ(entry->rows, 1);
+    EXPECT_EQ(entry->cols, 11);
+    uint8_t* dib = LoadPackItem(&pack, kArtGatherEdgesButton);
+    ASSERT_NE(dib, nullptr);
+    const DibHeader h = *DibHeaderOf(dib);
+    EXPECT_EQ(h.biBitCount, 24);
+    EXPECT_EQ(h.biWidth, 11 * 50);
+    EXPECT_EQ(h.biHeight, 50);
+    if (h.biBitCount != 24 || h.biWidth != 550 || h.biHeight != 50) {
+        FreePackedDib(dib);
+        return;
+    }
+    const int64_t stride = DibStride(24, h.biWidth);
+    // Of frame k: mean brightness, mean colourfulness (largest minus smallest channel) and the spread
+    // of brightness over the medallion's face, where the icon stands out of the enamel.
+    struct Look {
+        double light, colour, faceSpread;
+    };
+    auto look = [&](int k) {
+        double light = 0, colour = 0, faceSum = 0, faceSquares = 0;
+        int facePixels = 0;
+        for (int y = 0; y < 50; ++y)
+            for (int x = 0; x < 50; ++x) {
+                const uint8_t* p = DibPixels(dib) + y * stride + (k * 50 + x) * 3;
+                double l = 0.3 * p[2] + 0.59 * p[1] + 0.11 * p[0];
+                light += l;
+                colour += std::max({p[0], p[1], p[2]}) - std::min({p[0], p[1], p[2]});
+                if ((x - 25) * (x - 25) + (y - 25) * (y - 25) <= 13 * 13) {
+                    faceSum += l;
+                    faceSquares += l * l;
+                    ++facePixels;
+                }
+            }
+        double faceMean = faceSum / facePixels;
+        return Look{light / 2500, colour / 2500, std::sqrt(faceSquares / facePixels - faceMean * faceMean)};
+    };
+    Look rest = look(0), lit = look(9), disabled = look(10);
+    SCOPED_TRACE("light " + std::to_string(rest.light) + " / " + std::to_string(disabled.light) + ", colour " +
+                 std::to_string(rest.colour) + " / " + std::to_string(disabled.colour) + ", face spread " +
+                 std::to_string(rest.faceSpread) + " / " + std::to_string(disabled.faceSpread));
+    EXPECT_GT(lit.light, rest.light * 1.1);              // the glow of the animation
+    EXPECT_LT(disabled.light, rest.light * 0.75);        // dimmed
+    EXPECT_LT(disabled.colour, rest.colour * 0.5);       // greyed
+    EXPECT_GT(disabled.faceSpread, 12.0);                // the icon still shows on the face
+    FreePackedDib(dib);
 }
 
 TEST_F(PackContent, ComposedPicturesShareOneHousePalette) {

@@ -17,6 +17,8 @@ constexpr ArtLayout kScroll = ArtLayout::Scroll;
 }  // namespace
 
 #define ANIM_BUTTON(id, name) {id, 1, name, 500, 50, R, kAnim, 1, 10, {0, 0, 0}}
+// The same with an eleventh frame after the ten: the rest frame greyed, shown while it cannot be pressed.
+#define ANIM_BUTTON_WITH_DISABLED(id, name) {id, 1, name, 550, 50, R, kAnim, 1, 11, {0, 0, 0}}
 #define ONE(id, name, w, h, depth, layout) {id, 1, name, w, h, depth, layout, 1, 1, {0, 0, 0}}
 #define WORDS(id, name, w, h, depth, layout) {id, 6, name, w, h, depth, layout, 1, 1, {0, 0, 0}}
 #define SCROLL(id, name, w, z0, z1, z2) {id, 1, name, w, 3 * (z0 + z1 + z2), R, kScroll, 1, 1, {z0, z1, z2}}
@@ -37,6 +39,7 @@ const ArtEntry kArtTable[] = {
     ONE(kArtTrayRenameButton, "box rename", 22, 66, R, kCmd),
     ONE(kArtMainFrameAcross, "main frame, across", 160, 64, R, kTile),
     ONE(kArtMainFrameUpright, "main frame, upright", 64, 160, R, kTile),
+    ANIM_BUTTON_WITH_DISABLED(kArtGatherEdgesButton, "gather edges"),
     ONE(kArtToolsBarTile, "tools bar tile", 25, 139, R, kTile),
     ONE(kArtOptionsBarTile, "options bar tile", 103, 25, R, kTile),
     ONE(kArtToolsPanelTile, "tools panel tile", 98, 95, R, kTile),

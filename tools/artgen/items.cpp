@@ -105,6 +105,18 @@ void AnimButton(cairo_t* cr, Icon icon, Rgb accent) {
     DrawAnimButtonStrip(cr, icon, accent);
 }
 
+// The same with an eleventh, disabled frame: its socket is the rest frame's wood in deeper shade.
+void AnimButtonWithDisabled(cairo_t* cr, Icon icon, Rgb accent) {
+    AnimSockets(cr);
+    cairo_save(cr);
+    cairo_translate(cr, 10 * 50, 0);
+    cairo_rectangle(cr, 0, 0, 50, 50);
+    cairo_clip(cr);
+    WoodTile(cr, 500, 50, 91, false, 0.36);
+    cairo_restore(cr);
+    DrawAnimButtonStrip(cr, icon, accent, true);
+}
+
 // The side buttons of the trays: only their left half shows at the screen edge, so the number and
 // the tray mark sit in that half.
 void TrayButton(cairo_t* cr, int k, bool full) {
@@ -764,6 +776,7 @@ cairo_surface_t* DrawArtItem(const ArtEntry& entry, uint32_t id, const std::stri
     case kArtHintButton: AnimButton(cr, kIconBulb, Hex(0xb8860b)); break;
     case kArtMusicButton: AnimButton(cr, kIconMusic, Hex(0x2e5f8a)); break;
     case kArtHonourButton: AnimButton(cr, kIconCup, Hex(0x8a5a1a)); break;
+    case kArtGatherEdgesButton: AnimButtonWithDisabled(cr, kIconEdges, Hex(0x6e3f6a)); break;
     case kArtHelpButton: case kArtPanelHelpButton: AnimButton(cr, kIconHelp, Hex(0x2e5f8a)); break;
     case kArtPreviewButton: AnimButton(cr, kIconMagnifier, kEmerald); break;
     case kArtQuitButton: AnimButton(cr, kIconDoor, kRuby); break;

@@ -737,6 +737,39 @@ void DrawIcon(cairo_t* cr, Icon icon, double cx, double cy, double size, Rgb col
         cairo_close_path(cr);
         cairo_fill(cr);
         break;
+    case kIconEdges: {
+        // The border of a jigsaw: a square ring of four corner pieces, flat outside, round an empty
+        // middle. The ring is filled whole, then the seam in the middle of each side is cut out of it
+        // with the round knob of a jigsaw joint (the knobs turn alternately one way and the other).
+        const double outer = s * 0.9, inner = s * 0.44;
+        const double knob = s * 0.19, neck = knob * 0.5, mid = -(outer + inner) / 2;
+        const double reach = std::sqrt(knob * knob - neck * neck);
+        cairo_push_group(cr);
+        cairo_set_fill_rule(cr, CAIRO_FILL_RULE_EVEN_ODD);
+        cairo_rectangle(cr, cx - outer, cy - outer, 2 * outer, 2 * outer);
+        cairo_rectangle(cr, cx - inner, cy - inner, 2 * inner, 2 * inner);
+        cairo_fill(cr);
+        cairo_translate(cr, cx, cy);
+        cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+        cairo_set_line_width(cr, s * 0.13);
+        cairo_set_line_cap(cr, CAIRO_LINE_CAP_BUTT);
+        for (int k = 0; k < 4; ++k) {
+            // The seam across the top band, turned for the other sides: straight in from the outside,
+            // round the knob, straight on to the inside.
+            cairo_save(cr);
+            cairo_rotate(cr, k * M_PI / 2);
+            cairo_move_to(cr, 0, -outer - 1);
+            cairo_line_to(cr, 0, mid - neck);
+            if (k % 2) cairo_arc(cr, reach, mid, knob, std::atan2(-neck, -reach), std::atan2(neck, -reach));
+            else cairo_arc_negative(cr, -reach, mid, knob, std::atan2(-neck, reach), std::atan2(neck, reach));
+            cairo_line_to(cr, 0, -inner + 1);
+            cairo_stroke(cr);
+            cairo_restore(cr);
+        }
+        cairo_pop_group_to_source(cr);
+        cairo_paint(cr);
+        break;
+    }
     default:
         break;
     }

@@ -84,6 +84,7 @@ enum Icon {
     kIconInfo, kIconMusic, kIconMagnifier, kIconCup, kIconBulb, kIconPiece, kIconPrinter, kIconDoor,
     kIconMinimise, kIconEraser, kIconFolder, kIconDisk, kIconTrash, kIconReplay, kIconGlobe, kIconBook,
     kIconFit, kIconActualSize, kIconPlay, kIconPencil, kIconStop, kIconSpeaker, kIconDisc, kIconTray,
+    kIconEdges,  // the border of a jigsaw: a square ring of pieces round an empty middle
     kIconCount
 };
 void DrawIcon(cairo_t* cr, Icon icon, double cx, double cy, double size, Rgb color);

@@ -132,62 +132,78 @@ void DrawLampCheckStrip(cairo_t* cr, int w, int frameH, const std::string& words
     }
 }
 
-void DrawAnimButtonStrip(cairo_t* cr, Icon icon, Rgb accent) {
-    for (int f = 0; f < 10; ++f) {
-        double x = f * 50, t = f / 9.0;
-        cairo_save(cr);
-        cairo_rectangle(cr, x, 0, 50, 50);
-        cairo_clip(cr);
-        double cx = x + 25, cy = 25;
-        // Glow halo grows with the frame.
-        if (f > 0) {
-            cairo_pattern_t* halo = cairo_pattern_create_radial(cx, cy, 14, cx, cy, 25);
-            cairo_pattern_add_color_stop_rgba(halo, 0, 1, 0.85, 0.45, 0.75 * t);
-            cairo_pattern_add_color_stop_rgba(halo, 1, 1, 0.85, 0.45, 0);
-            cairo_set_source(cr, halo);
-            cairo_paint(cr);
-            cairo_pattern_destroy(halo);
-        }
-        // Medallion: dark rim, brass ring, coloured enamel centre.
-        cairo_arc(cr, cx, cy, 22, 0, 2 * M_PI);
-        SetColor(cr, kWalnutDark);
-        cairo_fill(cr);
-        cairo_pattern_t* ring = cairo_pattern_create_linear(cx - 20, cy - 20, cx + 20, cy + 20);
-        Rgb hi = Scale(kBrassShine, 1 + 0.1 * t), lo = kBrassDark;
-        cairo_pattern_add_color_stop_rgb(ring, 0, hi.r, hi.g, hi.b);
-        cairo_pattern_add_color_stop_rgb(ring, 0.5, kBrass.r, kBrass.g, kBrass.b);
-        cairo_pattern_add_color_stop_rgb(ring, 1, lo.r, lo.g, lo.b);
-        cairo_arc(cr, cx, cy, 20.5, 0, 2 * M_PI);
-        cairo_set_source(cr, ring);
-        cairo_fill(cr);
-        cairo_pattern_destroy(ring);
-        Rgb enamel = Mix(accent, Scale(accent, 1.45), t);
-        cairo_pattern_t* face = cairo_pattern_create_radial(cx - 5, cy - 6, 2, cx, cy, 17);
-        cairo_pattern_add_color_stop_rgb(face, 0, Scale(enamel, 1.5).r, Scale(enamel, 1.5).g, Scale(enamel, 1.5).b);
-        cairo_pattern_add_color_stop_rgb(face, 1, Scale(enamel, 0.7).r, Scale(enamel, 0.7).g, Scale(enamel, 0.7).b);
-        cairo_arc(cr, cx, cy, 16.5, 0, 2 * M_PI);
-        cairo_set_source(cr, face);
-        cairo_fill(cr);
-        cairo_pattern_destroy(face);
-        // Icon with a little swing and swell.
-        cairo_save(cr);
-        cairo_translate(cr, cx, cy);
-        cairo_rotate(cr, 0.18 * std::sin(t * 2 * M_PI) * (f > 0));
-        double grow = 1 + 0.1 * std::sin(t * M_PI);
-        DrawIcon(cr, icon, 0.8, 1.2, 19 * grow, Hex(0x000000));
-        DrawIcon(cr, icon, 0, 0, 19 * grow, Mix(kCream, Hex(0xffffff), t));
-        cairo_restore(cr);
-        // Glass highlight.
-        cairo_save(cr);
-        cairo_arc(cr, cx, cy, 16.5, 0, 2 * M_PI);
-        cairo_clip(cr);
-        cairo_scale(cr, 1, 0.6);
-        cairo_arc(cr, cx, (cy - 9) / 0.6, 13, 0, 2 * M_PI);
-        cairo_set_source_rgba(cr, 1, 1, 1, 0.16 + 0.1 * t);
-        cairo_fill(cr);
-        cairo_restore(cr);
-        cairo_restore(cr);
+// A colour drained towards its own grey by amount (0 keeps it, 1 leaves the grey).
+static Rgb Drained(Rgb c, double amount) {
+    double grey = 0.3 * c.r + 0.59 * c.g + 0.11 * c.b;
+    return Mix(c, Rgb{grey, grey, grey}, amount);
+}
+
+// One 50 x 50 medallion of an animated strip at x: frame f of 0..9 (t = f / 9), or with disabled the
+// rest frame drained of its colour and dimmed: no glow, dull metal, grey enamel, a grey icon.
+static void DrawAnimFrame(cairo_t* cr, double x, int f, Icon icon, Rgb accent, bool disabled) {
+    double t = f / 9.0;
+    cairo_save(cr);
+    cairo_rectangle(cr, x, 0, 50, 50);
+    cairo_clip(cr);
+    double cx = x + 25, cy = 25;
+    // Glow halo grows with the frame.
+    if (f > 0) {
+        cairo_pattern_t* halo = cairo_pattern_create_radial(cx, cy, 14, cx, cy, 25);
+        cairo_pattern_add_color_stop_rgba(halo, 0, 1, 0.85, 0.45, 0.75 * t);
+        cairo_pattern_add_color_stop_rgba(halo, 1, 1, 0.85, 0.45, 0);
+        cairo_set_source(cr, halo);
+        cairo_paint(cr);
+        cairo_pattern_destroy(halo);
     }
+    // Medallion: dark rim, brass ring, coloured enamel centre.
+    cairo_arc(cr, cx, cy, 22, 0, 2 * M_PI);
+    SetColor(cr, disabled ? Scale(kWalnutDark, 0.7) : kWalnutDark);
+    cairo_fill(cr);
+    cairo_pattern_t* ring = cairo_pattern_create_linear(cx - 20, cy - 20, cx + 20, cy + 20);
+    Rgb hi = Scale(kBrassShine, 1 + 0.1 * t), mid = kBrass, lo = kBrassDark;
+    if (disabled) {
+        hi = Scale(Drained(hi, 0.85), 0.45);
+        mid = Scale(Drained(mid, 0.85), 0.4);
+        lo = Scale(Drained(lo, 0.85), 0.5);
+    }
+    cairo_pattern_add_color_stop_rgb(ring, 0, hi.r, hi.g, hi.b);
+    cairo_pattern_add_color_stop_rgb(ring, 0.5, mid.r, mid.g, mid.b);
+    cairo_pattern_add_color_stop_rgb(ring, 1, lo.r, lo.g, lo.b);
+    cairo_arc(cr, cx, cy, 20.5, 0, 2 * M_PI);
+    cairo_set_source(cr, ring);
+    cairo_fill(cr);
+    cairo_pattern_destroy(ring);
+    Rgb enamel = disabled ? Scale(Drained(accent, 0.9), 0.6) : Mix(accent, Scale(accent, 1.45), t);
+    cairo_pattern_t* face = cairo_pattern_create_radial(cx - 5, cy - 6, 2, cx, cy, 17);
+    cairo_pattern_add_color_stop_rgb(face, 0, Scale(enamel, 1.5).r, Scale(enamel, 1.5).g, Scale(enamel, 1.5).b);
+    cairo_pattern_add_color_stop_rgb(face, 1, Scale(enamel, 0.7).r, Scale(enamel, 0.7).g, Scale(enamel, 0.7).b);
+    cairo_arc(cr, cx, cy, 16.5, 0, 2 * M_PI);
+    cairo_set_source(cr, face);
+    cairo_fill(cr);
+    cairo_pattern_destroy(face);
+    // Icon with a little swing and swell.
+    cairo_save(cr);
+    cairo_translate(cr, cx, cy);
+    cairo_rotate(cr, 0.18 * std::sin(t * 2 * M_PI) * (f > 0));
+    double grow = 1 + 0.1 * std::sin(t * M_PI);
+    DrawIcon(cr, icon, 0.8, 1.2, 19 * grow, Hex(0x000000));
+    DrawIcon(cr, icon, 0, 0, 19 * grow, disabled ? Scale(Drained(kCream, 1), 0.55) : Mix(kCream, Hex(0xffffff), t));
+    cairo_restore(cr);
+    // Glass highlight.
+    cairo_save(cr);
+    cairo_arc(cr, cx, cy, 16.5, 0, 2 * M_PI);
+    cairo_clip(cr);
+    cairo_scale(cr, 1, 0.6);
+    cairo_arc(cr, cx, (cy - 9) / 0.6, 13, 0, 2 * M_PI);
+    cairo_set_source_rgba(cr, 1, 1, 1, disabled ? 0.07 : 0.16 + 0.1 * t);
+    cairo_fill(cr);
+    cairo_restore(cr);
+    cairo_restore(cr);
+}
+
+void DrawAnimButtonStrip(cairo_t* cr, Icon icon, Rgb accent, bool withDisabled) {
+    for (int f = 0; f < 10; ++f) DrawAnimFrame(cr, f * 50, f, icon, accent, false);
+    if (withDisabled) DrawAnimFrame(cr, 10 * 50, 0, icon, accent, true);
 }
 
 void DrawScrollStrip(cairo_t* cr, int w, const int zones[3]) {

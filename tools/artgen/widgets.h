@@ -19,7 +19,9 @@ void DrawWordCommandStrip(cairo_t* cr, int w, int frameH, const std::string& wor
 void DrawTabCheckStrip(cairo_t* cr, int w, int frameH, const std::string& words);
 void DrawLampCheckStrip(cairo_t* cr, int w, int frameH, const std::string& words);
 // Ten 50 x 50 frames side by side: frame 0 at rest, 1..9 a growing glow and a little swing of the icon.
-void DrawAnimButtonStrip(cairo_t* cr, Icon icon, Rgb accent);
+// With withDisabled an eleventh frame follows (the strip is 550 wide): the rest frame greyed and
+// dimmed, for a button that cannot be pressed now.
+void DrawAnimButtonStrip(cairo_t* cr, Icon icon, Rgb accent, bool withDisabled = false);
 // Zone-major scroll strip: upper arrow, track with its grip, lower arrow; 3 states each.
 void DrawScrollStrip(cairo_t* cr, int w, const int zones[3]);
 // A screen panel: walnut frame, parchment face, optional title plaque (words) on top.
