@@ -2,6 +2,7 @@
 #include "puzzle/join.h"
 
 #include "puzzle/compose.h"
+#include "puzzle/history.h"
 
 namespace {
 
@@ -255,6 +256,7 @@ DropResult MoveToView(PuzzleState* p, DragState* d, int sourceView, PointerWindo
 
 void ShowComplete(PuzzleState* p) {
     if (p->finished || !p->sheet) return;
+    ForgetHistoryOf(&g_history, p);  // nothing is undone once the puzzle is complete
     const uint32_t n = PieceCount(p);
     for (int v = 0; v < kViewCount; ++v) p->views[v].count = 0;
     p->views[kTableView].count = n;

@@ -2,6 +2,7 @@
 #include "puzzle/model.h"
 
 #include "app/platform.h"
+#include "puzzle/history.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -89,6 +90,7 @@ bool AllocatePuzzle(PuzzleState* p, const PuzzleGeometry& g, int32_t rows, int32
 bool HasPuzzle(const PuzzleState* p) { return p->sheet != nullptr; }
 
 void ClearPuzzle(PuzzleState* p, bool repaint) {
+    ForgetHistoryOf(&g_history, p);  // its gestures belong to the puzzle that goes
     ReleasePuzzleMemory(p);
     for (int v = 0; v < kViewCount; ++v) {
         if (v < kTrayCount && p->views[v].count && g_puzzleHooks.viewEmptied) g_puzzleHooks.viewEmptied(v);

@@ -1,6 +1,6 @@
 // Random play: 100,000 gestures (drops in place and near neighbours, moves into trays and back, selections
 // and their moves, cancelled drags, hints) keep every invariant of the model, and hints with drops always
-// finish the puzzle.
+// finish the puzzle. Random play mixed with undo and redo brings back exactly the model of each step.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "puzzle/board_logic.h"
+#include "puzzle/history.h"
 #include "puzzle/join.h"
 #include "puzzle/score.h"
 #include "puzzle/views.h"
@@ -190,5 +191,132 @@ TEST(Property, HundredThousandRandomGesturesKeepEveryInvariantAndHintsAlwaysFini
     EXPECT_GT(totalCompletions, 10);
     EXPECT_GT(cuts, 5);
     ReleaseTestPuzzle(&p);
+    g_puzzleHooks = PuzzleHooks{};
+}
+
+namespace {
+
+// What undo brings back, field by field: every piece record, the order array and the view counts.
+struct Snapshot {
+    std::vector<PieceRecord> pieces;
+    std::vector<uint32_t> order;
+    uint32_t counts[kViewCount];
+};
+
+Snapshot Take(const PuzzleState& p) {
+    Snapshot s;
+    const uint32_t n = PieceCount(&p);
+    s.pieces.assign(p.pieces, p.pieces + n);
+    s.order.assign(p.order, p.order + n);
+    for (int v = 0; v < kViewCount; ++v) s.counts[v] = p.views[v].count;
+    return s;
+}
+
+::testing::AssertionResult Equal(const Snapshot& a, const Snapshot& b) {
+    for (int v = 0; v < kViewCount; ++v)
+        if (a.counts[v] != b.counts[v])
+            return ::testing::AssertionFailure() << "view " << v << " holds " << b.counts[v] << ", not " << a.counts[v];
+    if (a.order != b.order) return ::testing::AssertionFailure() << "the run order differs";
+    for (size_t i = 0; i < a.pieces.size(); ++i) {
+        const PieceRecord &x = a.pieces[i], &y = b.pieces[i];
+        if (x.x != y.x || x.y != y.y || x.group != y.group || x.lit != y.lit)
+            return ::testing::AssertionFailure() << "piece " << i << " differs";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+}  // namespace
+
+TEST(Property, RandomGesturesUndoneAndRedoneBringBackEveryStepFieldByField) {
+    InstallRecordingHooks();
+    g_puzzleHooks.invalidateRect = nullptr;
+    PuzzleState p{};
+    int undos = 0, redos = 0, joinsUndone = 0, trayMovesUndone = 0, quietGestures = 0;
+    for (int sequence = 0; sequence < 8; ++sequence) {
+        FixRandom(uint32_t(500 + sequence));
+        const int32_t rows = sequence % 2 ? 6 : 4, cols = sequence % 2 ? 7 : 5;
+        ASSERT_TRUE(CutTestPuzzle(&p, rows, cols, 20 * cols, 20 * rows, 2, 2, 1.0, true, 24, 400, 300));
+        GiveViewSizes(&p, sequence == 0);
+        ClearHistory(&g_history);
+        RandomPlay play;
+        play.p = &p;
+        play.random.seed(uint32_t(sequence * 104729 + 3));
+        // The model at each step the history can reach; `at` is the current one.
+        std::vector<Snapshot> steps{Take(p)};
+        size_t at = 0;
+        uint32_t hints = p.hintsUsed;
+        for (int op = 0; op < 5000; ++op) {
+            const int kind = play.Uniform(0, 9);
+            if (kind < 2) {
+                const bool can = CanUndo(&g_history, &p);
+                ASSERT_EQ(can, at > 0) << "sequence " << sequence << " op " << op;
+                if (!can) continue;
+                const Snapshot from = Take(p);
+                ASSERT_TRUE(UndoGesture(&g_history, &p));
+                --at;
+                ASSERT_TRUE(Equal(steps[at], Take(p))) << "undo, sequence " << sequence << " op " << op;
+                for (int v = 0; v < kTrayCount; ++v) trayMovesUndone += from.counts[v] != steps[at].counts[v];
+                for (size_t i = 0; i < from.pieces.size(); ++i)
+                    if (from.pieces[i].group != steps[at].pieces[i].group) {
+                        ++joinsUndone;
+                        break;
+                    }
+                ++undos;
+            } else if (kind < 4) {
+                const bool can = CanRedo(&g_history, &p);
+                ASSERT_EQ(can, at + 1 < steps.size()) << "sequence " << sequence << " op " << op;
+                if (!can) continue;
+                ASSERT_TRUE(RedoGesture(&g_history, &p));
+                ++at;
+                ASSERT_TRUE(Equal(steps[at], Take(p))) << "redo, sequence " << sequence << " op " << op;
+                ++redos;
+            } else {
+                const Snapshot before = Take(p);
+                const size_t recordsBefore = g_history.records.size();
+                BeginGesture(&g_history, &p);
+                play.Gesture();
+                EndGesture(&g_history, &p);
+                if (p.finished) {  // nothing is undone after the end; a new game starts afresh
+                    ASSERT_FALSE(CanUndo(&g_history, &p));
+                    ASSERT_TRUE(CutTestPuzzle(&p, rows, cols, 20 * cols, 20 * rows, 2, 2, 1.0, true, 24, 400, 300));
+                    GiveViewSizes(&p, sequence == 0);
+                    ASSERT_EQ(g_history.records.size(), 0u);
+                    steps.assign(1, Take(p));
+                    at = 0;
+                    hints = p.hintsUsed;
+                } else if (Equal(before, Take(p))) {
+                    ASSERT_EQ(g_history.records.size(), recordsBefore) << "nothing changed, nothing kept";
+                } else {
+                    ASSERT_EQ(g_history.done, g_history.records.size());
+                    steps.resize(at + 1);
+                    if (g_history.records.back().quiet) {
+                        steps[at] = Take(p);  // part of the step before it (or of the start)
+                        ++quietGestures;
+                    } else {
+                        steps.push_back(Take(p));
+                        ++at;
+                    }
+                }
+                // Keep under the history's length, so that every step stays reachable.
+                if (g_history.records.size() > kHistoryGestures - 10) {
+                    ClearHistory(&g_history);
+                    steps.assign(1, Take(p));
+                    at = 0;
+                }
+            }
+            ASSERT_TRUE(PuzzleInvariantsHold(&p)) << "sequence " << sequence << " op " << op;
+            ASSERT_TRUE(GroupsAreWellFormed(p)) << "sequence " << sequence << " op " << op;
+            ASSERT_GE(p.hintsUsed, hints) << "a hint was given back";
+            hints = p.hintsUsed;
+        }
+    }
+    // The operations really exercised what they must.
+    EXPECT_GT(undos, 3000);
+    EXPECT_GT(redos, 1000);
+    EXPECT_GT(joinsUndone, 100);
+    EXPECT_GT(trayMovesUndone, 1000);
+    EXPECT_GT(quietGestures, 500);
+    ReleaseTestPuzzle(&p);
+    ClearHistory(&g_history);
     g_puzzleHooks = PuzzleHooks{};
 }
