@@ -22,6 +22,11 @@ int32_t ToolsButtonStep(int32_t screenHeight) { return int32_t((screenHeight - k
 
 int32_t ToolsButtonY(int32_t screenHeight, int k) { return k * ToolsButtonStep(screenHeight) - 35; }
 
+int32_t GatherButtonY(int32_t screenHeight) {
+    const int32_t above = ToolsButtonY(screenHeight, kToolsButtonCount) + kPanelButtonSize;
+    return (above + screenHeight - kBarsTop) / 2 - kPanelButtonSize / 2;
+}
+
 int32_t OptionsButtonX(int32_t screenWidth, int k) { return k * screenWidth / 4 - 35; }
 
 int32_t ToolsLabelY(int32_t screenHeight) { return (screenHeight - 140) / 2 - kBarsTop; }

@@ -35,6 +35,9 @@ BarRect ToolsBarRect(int32_t screenWidth, int32_t screenHeight);
 int32_t ToolsButtonStep(int32_t screenHeight);
 // Top of tools button k = 1..4 in the panel: k * step - 35 (x is 0).
 int32_t ToolsButtonY(int32_t screenHeight, int k);
+// The gather-edges button, our own below the four: centred in the space between the fourth button and
+// the panel's bottom, which every screen of 600 lines or more leaves for it (x is 0).
+int32_t GatherButtonY(int32_t screenHeight);
 // Left of options button k = 1..3 in the panel: k * width / 4 - 35, the product divided (y is 27).
 int32_t OptionsButtonX(int32_t screenWidth, int k);
 

@@ -93,3 +93,13 @@ TEST(BarLayout, PointerOnePixelPastAnyEdgeHidesThePanel) {
     EXPECT_FALSE(PanelKeepsPointer(1025, 50, 1024, 103));
     EXPECT_FALSE(PanelKeepsPointer(500, 104, 1024, 103));
 }
+
+TEST(BarLayout, GatherButtonSitsInTheFreeSpaceBelowTheFourthButtonOnEveryScreen) {
+    EXPECT_EQ(GatherButtonY(600), 451);  // between 431 and the panel's bottom at 522
+    EXPECT_EQ(GatherButtonY(768), 603);  // between 567 and 690
+    for (int32_t h = 600; h <= 2160; ++h) {
+        const int32_t y = GatherButtonY(h), fourthBottom = ToolsButtonY(h, 4) + kPanelButtonSize;
+        ASSERT_GE(y, fourthBottom + 10) << h;                                   // clear of the honour-roll button
+        ASSERT_LE(y + kPanelButtonSize, ToolsPanelRect(800, h).height - 10) << h;  // inside the panel
+    }
+}
