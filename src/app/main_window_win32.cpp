@@ -13,6 +13,8 @@
 #include "extras/bars_win32.h"
 #include "puzzle/board_window_win32.h"
 #include "puzzle/compose.h"
+#include "puzzle/gather.h"
+#include "puzzle/history.h"
 #include "puzzle/join.h"
 #include "setup/size_chooser_win32.h"
 #include "gfx/dib.h"
@@ -76,7 +78,13 @@ static LRESULT Main_OnCreate(HWND window) {
         ShowComplete(&g_puzzle);
         WriteResumeNow();
     };
-    g_barActions.hint = [] { return uint8_t(GiveHint(&g_puzzle) ? 1 : 0); };
+    g_barActions.hint = [] {
+        BeginGesture(&g_history, &g_puzzle);  // the placement can be undone; the hint stays used
+        const bool more = GiveHint(&g_puzzle);
+        EndGesture(&g_history, &g_puzzle);
+        return uint8_t(more ? 1 : 0);
+    };
+    g_barActions.gatherEdges = GatherEdgesIntoABox;
 
     g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
     if (!g_sideButtonImages) return -1;
@@ -102,6 +110,15 @@ static LRESULT Main_OnCreate(HWND window) {
     g_puzzleLoaded = WriteResumeNow;  // an opened game is the one to come back to
     StartResumeKeeping(window);
     return 0;
+}
+
+// One gesture for undo; the box that takes the pieces comes into view.
+void GatherEdgesIntoABox() {
+    BeginGesture(&g_history, &g_puzzle);
+    const int tray = GatherEdgePieces(&g_puzzle);
+    EndGesture(&g_history, &g_puzzle);
+    if (tray >= 0 && tray < kPieceBoxCount && g_pieceBoxes[tray] && !IsWindowVisible(g_pieceBoxes[tray]))
+        TogglePieceBox(tray);
 }
 
 // The game in play is kept before the window goes: nothing of it is lost by quitting.

@@ -17,6 +17,10 @@ extern int32_t g_tableBackground;  // 0..9: the cloth is pack id 6000 + this
 // Where side button i stands: half of it off the right edge.
 POINT SideButtonPosition(int i);
 
+// The gather command (button and key): the loose edge pieces of the table into the first empty box, as one
+// gesture for undo, and that box shown.
+void GatherEdgesIntoABox();
+
 void RegisterMainWindowClass(HINSTANCE instance);
 // Creates the maximised main window (called when the opening clip has ended) and records it.
 HWND CreateMainWindow();

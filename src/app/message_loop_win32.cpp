@@ -1,6 +1,7 @@
 // The message loop with the child-character filter and the paint drain.
 #include "app/message_loop_win32.h"
 
+#include "app/shortcuts_win32.h"
 #include "controls/control_messages.h"
 
 bool OfferChildChar(const MSG* msg) {
@@ -15,7 +16,7 @@ int RunMessageLoop() {
     for (;;) {
         BOOL got = GetMessageA(&msg, nullptr, 0, 0);
         if (got == 0 || got == -1) break;
-        if (OfferChildChar(&msg)) continue;
+        if (OfferShortcut(&msg) || OfferChildChar(&msg)) continue;
         TranslateMessage(&msg);
         DispatchMessageA(&msg);
         MSG paint;

@@ -191,8 +191,14 @@ void ShowClock(uint32_t, uint32_t hours, uint32_t minutes, uint32_t seconds) {
     InvalidateRect(g_titleWindow, &clock, FALSE);
 }
 
+HWND TitleNewPuzzleButton() { return g_buttons[BUTTON_NEW_PUZZLE]; }
 HWND TitleOpenButton() { return g_buttons[BUTTON_OPEN]; }
 HWND TitleSaveButton() { return g_buttons[BUTTON_SAVE]; }
+
+void PressTitleButton(HWND button) {
+    if (!button || !SendMessageA(button, PM_GETENABLE, 0, 0)) return;
+    Title_OnNotify(NOTIFY_CLICKED, button);
+}
 
 void ReloadTitleButtons() {
     if (!g_titleWindow) return;

@@ -34,5 +34,8 @@ extern void (*g_openNewPuzzleScreen)();
 // What the open (mode 1) and save (mode 0) buttons open: the saved-puzzle browser.
 extern void (*g_openSavedPuzzles)(uint8_t mode);
 // The title bar's open and save buttons (null before the bar exists).
+HWND TitleNewPuzzleButton();
 HWND TitleOpenButton();
 HWND TitleSaveButton();
+// What a click on the title button does, unless it is disabled; the keys use it.
+void PressTitleButton(HWND button);

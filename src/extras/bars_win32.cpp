@@ -9,8 +9,10 @@
 #include "controls/animated_button_win32.h"
 #include "controls/control_messages.h"
 #include "extras/bar_layout.h"
+#include "puzzle/gather.h"
+#include "puzzle/model.h"
 
-BarActions g_barActions = {nullptr, nullptr, nullptr, nullptr, LaunchHelp, ToggleMagnifier, CloseMainWindow};
+BarActions g_barActions = {nullptr, nullptr, nullptr, nullptr, LaunchHelp, ToggleMagnifier, CloseMainWindow, nullptr};
 BarPair g_toolsPair;
 BarPair g_optionsPair;
 
@@ -51,6 +53,11 @@ void RunQuit(HWND) {
     if (g_barActions.quit) g_barActions.quit();
 }
 
+void RunGatherEdges(HWND) {
+    if (g_barActions.gatherEdges) g_barActions.gatherEdges();
+    RefreshGatherButton();
+}
+
 struct PairStyle {
     bool vertical;  // tools: a column down the left edge, sliding in from the left; options: a row along
                     // the bottom, sliding up
@@ -58,6 +65,7 @@ struct PairStyle {
     int32_t barTileWidth, barTileHeight;
     int32_t panelTileWidth, panelTileHeight;
     int buttonCount;
+    int fixedButtons;  // placed by the panel's rule; the rest are ours, placed apart
     uint32_t buttonArts[kMaxPanelButtons];
     ButtonAction actions[kMaxPanelButtons];
     int firstHideSlot;  // where the buttons start in the hide list
@@ -68,9 +76,10 @@ const PairStyle kToolsStyle = {
     kArtToolsBarTile, kArtToolsBarLabel, kArtToolsPanelTile,
     kToolsBarTileWidth, kToolsBarTileHeight,
     kToolsPanelTileWidth, kToolsPanelTileHeight,
+    kToolsButtonCount + 1,
     kToolsButtonCount,
-    {kArtAssembleButton, kArtHintButton, kArtMusicButton, kArtHonourButton},
-    {RunAssemble, RunHint, RunOpenMusic, RunOpenHonourRoll},
+    {kArtAssembleButton, kArtHintButton, kArtMusicButton, kArtHonourButton, kArtGatherEdgesButton},
+    {RunAssemble, RunHint, RunOpenMusic, RunOpenHonourRoll, RunGatherEdges},
     0,
 };
 
@@ -82,8 +91,9 @@ const PairStyle kOptionsStyle = {
     kOptionsBarTileWidth, kOptionsBarTileHeight,
     kOptionsPanelTileWidth, kOptionsPanelTileHeight,
     kOptionsButtonCount,
-    {kArtHelpButton, kArtPreviewButton, kArtQuitButton, 0},
-    {RunOpenHelp, RunToggleMagnifier, RunQuit, nullptr},
+    kOptionsButtonCount,
+    {kArtHelpButton, kArtPreviewButton, kArtQuitButton, 0, 0},
+    {RunOpenHelp, RunToggleMagnifier, RunQuit, nullptr, nullptr},
     1,
 };
 
@@ -98,6 +108,7 @@ BarRect BarRectOf(const PairStyle& st) {
 
 // k counts from 1, as the buttons stand from the top or from the left.
 POINT ButtonPlace(const PairStyle& st, int k) {
+    if (st.vertical && k > st.fixedButtons) return POINT{0, GatherButtonY(g_screenHeight)};
     if (st.vertical) return POINT{0, ToolsButtonY(g_screenHeight, k)};
     return POINT{OptionsButtonX(g_screenWidth, k), kOptionsButtonY};
 }
@@ -147,6 +158,7 @@ void ShowPanel(BarPair* pair, const PairStyle& st) {
     SetWindowPos(pair->panel, nullptr, 0, 0, 0, 0, SWP_SHOWWINDOW | kQuietPosition);
     HDC dc = GetDC(pair->panel);
     if (dc) SlideIn(dc, pair, st);
+    if (pair == &g_toolsPair) RefreshGatherButton();
     for (int i = 0; i < st.buttonCount; ++i)
         if (pair->buttons[i]) SetWindowPos(pair->buttons[i], nullptr, 0, 0, 0, 0, SWP_SHOWWINDOW | kQuietPosition);
     if (dc) ReleaseDC(pair->panel, dc);
@@ -219,12 +231,15 @@ LRESULT Bar_WindowProc(BarPair* pair, const PairStyle& st, HWND window, UINT mes
 
 // --- the panels ---
 
+// The frame count follows the strip: ten frames, or eleven for a button with a dimmed look.
 HWND CreatePanelButton(HWND panel, const ImageObject* strip, POINT at) {
     HWND button = CreateWindowExA(0, "CQMANIM", "", WS_CHILD | WS_CLIPSIBLINGS, at.x, at.y, kPanelButtonSize,
                                   kPanelButtonSize, panel, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (!button) return nullptr;
+    int32_t width = 0, height = 0;
+    ImageObject_GetSize(strip, &width, &height);
     SendMessageA(button, PM_ANIM_SETROWS, 0, 1);
-    SendMessageA(button, PM_ANIM_SETCOLUMNS, 0, 10);
+    SendMessageA(button, PM_ANIM_SETCOLUMNS, 0, width > 10 * kPanelButtonSize ? kGatherDisabledFrame + 1 : 10);
     SendMessageA(button, PM_ANIM_SETFRAME, 0, kButtonRestFrame);
     SendMessageA(button, PM_SETIMAGE, 0, DibParam(strip));
     return button;
@@ -352,6 +367,30 @@ void ResetHintButton() {
 }
 
 HWND HintButton() { return g_toolsPair.buttons[kHintButton]; }
+HWND GatherEdgesButton() { return g_toolsPair.buttons[kGatherEdgesButton]; }
+
+static void PressPanelButton(BarPair* pair, const PairStyle& st, int index) {
+    if (index < 0 || index >= st.buttonCount || !st.actions[index]) return;
+    HWND button = pair->buttons[index];
+    if (button && !SendMessageA(button, PM_GETENABLE, 0, 0)) return;
+    st.actions[index](button);
+}
+
+void PressToolsButton(int index) { PressPanelButton(&g_toolsPair, kToolsStyle, index); }
+void PressOptionsButton(int index) { PressPanelButton(&g_optionsPair, kOptionsStyle, index); }
+
+void RefreshGatherButton() {
+    HWND button = GatherEdgesButton();
+    if (!button) return;
+    const bool can = CanGatherEdgePieces(&g_puzzle);
+    const bool enabled = SendMessageA(button, PM_GETENABLE, 0, 0) != 0;
+    const int32_t frame = int32_t(SendMessageA(button, PM_ANIM_GETFRAME, 0, 0));
+    if (can == enabled && (can || frame == kGatherDisabledFrame)) return;
+    SendMessageA(button, PM_SETENABLE, 0, can ? 1 : 0);
+    SendMessageA(button, PM_ANIM_SETRUNNING, 0, 0);
+    SendMessageA(button, PM_ANIM_SETUSERVALUE, 0, 0);
+    SendMessageA(button, PM_ANIM_SETFRAME, 0, can ? kButtonRestFrame : kGatherDisabledFrame);
+}
 
 void ReloadBarLabels() {
     const PairStyle* styles[] = {&kToolsStyle, &kOptionsStyle};

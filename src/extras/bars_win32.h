@@ -27,11 +27,21 @@ struct BarActions {
     void (*openHelp)();        // options 1: LaunchHelp
     void (*toggleMagnifier)(); // options 2: ToggleMagnifier
     void (*quit)();            // options 3: CloseMainWindow
+    void (*gatherEdges)();     // tools 5, ours: the loose edge pieces into the first empty box
 };
 extern BarActions g_barActions;
 
-constexpr int kMaxPanelButtons = 4;
-constexpr int kHintButton = 1;  // index of the hint button among the tools buttons
+constexpr int kMaxPanelButtons = 5;
+// Indices among the tools buttons.
+constexpr int kAssembleButton = 0;
+constexpr int kHintButton = 1;
+constexpr int kMusicButton = 2;
+constexpr int kHonourButton = 3;
+constexpr int kGatherEdgesButton = 4;
+// Indices among the options buttons.
+constexpr int kHelpButton = 0;
+constexpr int kMagnifierButton = 1;
+constexpr int kGatherDisabledFrame = 10;  // the gather button's strip ends with its dimmed frame
 
 // One bar with its panel. Both pairs live for the whole run, so their state is plain globals.
 struct BarPair {
@@ -55,6 +65,15 @@ void RegisterBarClasses(HINSTANCE instance);
 // window, in that order, laid out for the screen size, and lets the language chooser reload the labels.
 // False when any of the four could not be made.
 bool CreateBars(HWND parent);
+
+// What a click on a panel button does, whether the panel is out or not; nothing when the button is
+// disabled. The keys use these.
+void PressToolsButton(int index);
+void PressOptionsButton(int index);
+// The gather button is enabled, at rest, while there is something to gather and an empty box to take it,
+// and dimmed otherwise.
+void RefreshGatherButton();
+HWND GatherEdgesButton();
 
 // Puts the hint button back as a new game finds it: enabled, at rest, frame 0.
 void ResetHintButton();

@@ -18,6 +18,7 @@
 #include "puzzle/compose.h"
 #include "puzzle/cut.h"
 #include "puzzle/drag_pixels.h"
+#include "puzzle/history.h"
 #include "puzzle/picture.h"
 #include "puzzle/play_clock.h"
 #include "puzzle/preview_win32.h"
@@ -308,17 +309,16 @@ void Board_OnMouseMove(BoardView* s, Point pointer) {
 void Board_OnLButtonDown(BoardView* s, Point pointer) {
     if (g_puzzle.dragMode != 0) return;  // one gesture at a time
     SetCapture(s->hwnd);
+    BeginGesture(&g_history, &g_puzzle);  // the press itself raises the piece: it belongs to the gesture
     if (PressOnView(&g_puzzle, &g_drag, s->view, pointer) != PRESS_PIECE) return;
     KeepPictureUnderBox(s);
     Board_DragPiece(s, pointer);
 }
 
-// Ends the gesture with the pointer at `pointer` in the pressed view's coordinates.
-void Board_Release(BoardView* s, Point pointer) {
+// Ends the gesture over `under`: a piece drag drops there, a selection rectangle selects (or, when
+// `cancelSelection`, is only wiped off).
+void Board_ReleaseOver(BoardView* s, PointerWindow under, bool cancelSelection) {
     if (g_puzzle.dragMode == 1) {
-        POINT screen = {pointer.x, pointer.y};
-        ClientToScreen(s->hwnd, &screen);
-        const PointerWindow under = WindowUnder(screen);
         HWND shownIn = ViewWindow(g_drag.dragView);
         const RECT shownAt = {g_drag.dragPos.x, g_drag.dragPos.y, g_drag.dragPos.x + g_puzzle.boxWidth,
                               g_drag.dragPos.y + g_puzzle.boxHeight};
@@ -327,9 +327,20 @@ void Board_Release(BoardView* s, Point pointer) {
         if (shownIn) InvalidateRect(shownIn, &shownAt, FALSE);
     } else if (g_puzzle.dragMode == 2) {
         DrawOutline(s);
-        ReleaseSelection(&g_puzzle, &g_drag);
+        if (cancelSelection)
+            g_puzzle.dragMode = 0;
+        else
+            ReleaseSelection(&g_puzzle, &g_drag);
     }
     g_puzzle.dragMode = 0;
+    EndGesture(&g_history, &g_puzzle);
+}
+
+// Ends the gesture with the pointer at `pointer` in the pressed view's coordinates.
+void Board_Release(BoardView* s, Point pointer) {
+    POINT screen = {pointer.x, pointer.y};
+    ClientToScreen(s->hwnd, &screen);
+    Board_ReleaseOver(s, WindowUnder(screen), false);
 }
 
 void Board_OnLButtonUp(BoardView* s, Point pointer) {
@@ -388,8 +399,15 @@ void Hook_ShowClock(const char*) {
     ShowClock(elapsed, hours, elapsed / 60 - 60 * hours, elapsed % 60);
 }
 
-void Hook_ViewEmptied(int view) { NotifyViewParent(view, kViewBecameEmpty); }
-void Hook_ViewFilled(int view) { NotifyViewParent(view, kViewBecameFilled); }
+// A tray that empties or fills may change whether the edge pieces can be gathered.
+void Hook_ViewEmptied(int view) {
+    NotifyViewParent(view, kViewBecameEmpty);
+    RefreshGatherButton();
+}
+void Hook_ViewFilled(int view) {
+    NotifyViewParent(view, kViewBecameFilled);
+    RefreshGatherButton();
+}
 void Hook_RepaintView(int view) { RepaintView(&g_puzzle, view, true); }
 void Hook_RestoreCursor() { SetCursor(g_boardCursors.arrow); }
 void Hook_WaitCursor() { SetCursor(g_boardCursors.wait); }
@@ -416,6 +434,7 @@ void Hook_JoinSound() { PlayInterfaceSound(g_clickSound); }
 // The hint button is put back as a new game finds it before the completion clip starts.
 void Hook_PuzzleCompleted() {
     ResetHintButton();
+    RefreshGatherButton();
     g_videoMode = VIDEO_COMPLETION;
     OpenVideo(VIDEO_COMPLETION);
 }
@@ -423,6 +442,7 @@ void Hook_PuzzleCompleted() {
 void Hook_EnableSave() {
     if (g_saveButton) SendMessageA(g_saveButton, PM_SETENABLE, 0, 1);
     if (g_puzzleChanged) g_puzzleChanged();
+    RefreshGatherButton();
 }
 
 void Hook_RefitPreview() { RefitPreview(); }
@@ -528,7 +548,20 @@ bool StartNewGame(int shape) {
     const bool cut = CutCurrentPicture(kNewGamePatternCells, kNewGamePatternCells,
                                        kArtCutPattern + uint32_t(shape), true);
     for (int view = 0; view < kViewCount; ++view) RepaintView(&g_puzzle, view, true);
+    RefreshGatherButton();
     return cut;
+}
+
+bool CancelBoardGesture() {
+    if (g_puzzle.dragMode == 0) return false;
+    HWND window = ViewWindow(g_drag.sourceView);
+    BoardView* s = window ? ViewOf(window) : nullptr;
+    if (!s) return false;
+    // As a release outside every window of the game: the piece goes back where it was.
+    Board_ReleaseOver(s, PointerWindow{POINTER_OUTSIDE, 0}, true);
+    SetCursor(g_boardCursors.arrow);
+    if (GetCapture() == window) ReleaseCapture();
+    return true;
 }
 
 void MarkCutPending(bool scatter) {

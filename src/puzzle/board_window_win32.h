@@ -73,6 +73,9 @@ HWND ViewWindow(int view);
 // A new game from the current photograph: the cut pattern of shape style 0 .. 2 (pack id 5000 + shape),
 // 2 x 2 pattern cells, the pieces scattered; then every view repaints. False when the cut failed.
 bool StartNewGame(int shape);
+// Esc during a drag: a dragged piece goes back as when it is let go outside the game's windows, a
+// selection rectangle is wiped off without selecting. False when no drag runs.
+bool CancelBoardGesture();
 // Makes the next first sizing of a view cut the current photograph with the puzzle's stored pattern
 // (patternRows, patternColumns, patternId), scattering with `scatter`.
 void MarkCutPending(bool scatter);
