@@ -17,6 +17,8 @@
 #include "puzzle/compose.h"
 #include "puzzle/cut.h"
 #include "puzzle/drag_pixels.h"
+#include "puzzle/gather.h"
+#include "puzzle/history.h"
 #include "puzzle/join.h"
 #include "puzzle/views.h"
 
@@ -336,6 +338,144 @@ void BM_Hint(benchmark::State& state) {
     state.SetLabel("1080p, 2352 pieces, 500 hints from a fresh scatter");
 }
 BENCHMARK(BM_Hint)->Unit(benchmark::kMicrosecond)->Iterations(500);
+
+// ---- Undo, redo and gathering ---------------------------------------------------------------------------
+
+// The game's run and pieces, put back after a benchmark that changes them.
+struct KeptGame {
+    PuzzleState* p;
+    std::vector<PieceRecord> pieces;
+    std::vector<uint32_t> order;
+    uint32_t counts[kViewCount];
+    explicit KeptGame(PuzzleState* game) : p(game) {
+        const uint32_t n = PieceCount(p);
+        pieces.assign(p->pieces, p->pieces + n);
+        order.assign(p->order, p->order + n);
+        for (int v = 0; v < kViewCount; ++v) counts[v] = p->views[v].count;
+    }
+    ~KeptGame() {
+        std::copy(pieces.begin(), pieces.end(), p->pieces);
+        std::copy(order.begin(), order.end(), p->order);
+        for (int v = 0; v < kViewCount; ++v) p->views[v].count = counts[v];
+        RelinkViewRuns(p);
+        p->hintsUsed = 0;
+        p->finished = 0;
+        ClearHistory(&g_history);
+        RepaintView(p, kTableView, false);
+        for (int v = 0; v < kTrayCount; ++v) RepaintView(p, v, false);
+    }
+};
+
+// Drops `piece` (raised first) beside `partner`, `off` pixels from the fitting place on its right.
+void DropBeside(PuzzleState* p, uint32_t piece, uint32_t partner, int32_t off) {
+    RaiseToTop(p, piece);
+    DropPiece(p, kTableView, kTableView, piece, p->pieces[partner].x + p->cellWidth + off, p->pieces[partner].y + 1);
+}
+
+// Four loose neighbours in a row on the table: a, a + 1 joined, a + 2, a + 3 joined elsewhere; then the
+// gesture that joins the two groups. The loop times one undo (or redo) of that gesture with its repaint.
+void UndoRedoOfAJoin(benchmark::State& state, bool redo) {
+    Game* g = FullScreenGame(0);
+    PuzzleState* p = &g->p;
+    KeptGame kept(p);
+    uint32_t a = 0;
+    for (uint32_t i = 0; i + 3 < PieceCount(p) && !a; ++i)
+        if (PieceColumn(p, i) + 3 < p->cols && !p->pieces[i].group && !p->pieces[i + 1].group &&
+            !p->pieces[i + 2].group && !p->pieces[i + 3].group)
+            a = i;
+    DropBeside(p, a + 1, a, 2);
+    DropBeside(p, a + 3, a + 2, -3);
+    ClearHistory(&g_history);
+    BeginGesture(&g_history, p);
+    DropBeside(p, a + 2, a + 1, 4);
+    EndGesture(&g_history, p);
+    if (p->pieces[a].group != p->pieces[a + 3].group || !p->pieces[a].group) state.SkipWithError("no join of two groups");
+    for (auto _ : state) {
+        if (redo) UndoGesture(&g_history, p);  // set-up, not timed
+        const auto start = std::chrono::steady_clock::now();
+        const bool done = redo ? RedoGesture(&g_history, p) : UndoGesture(&g_history, p);
+        const auto end = std::chrono::steady_clock::now();
+        if (!redo) RedoGesture(&g_history, p);
+        if (!done) state.SkipWithError("undo or redo refused");
+        state.SetIterationTime(std::chrono::duration<double>(end - start).count());
+    }
+    state.SetLabel("1080p, 2352 pieces, a drop that joined two groups, repaint included");
+}
+void BM_UndoJoinOfTwoGroups(benchmark::State& state) { UndoRedoOfAJoin(state, false); }
+void BM_RedoJoinOfTwoGroups(benchmark::State& state) { UndoRedoOfAJoin(state, true); }
+BENCHMARK(BM_UndoJoinOfTwoGroups)->Unit(benchmark::kMicrosecond)->UseManualTime();
+BENCHMARK(BM_RedoJoinOfTwoGroups)->Unit(benchmark::kMicrosecond)->UseManualTime();
+
+// A hundred gestures of play (joins beside true neighbours, drops anywhere, moves into the trays and
+// back, hints) and the bytes the history then holds.
+void BM_HistoryOfHundredGestures(benchmark::State& state) {
+    Game* g = FullScreenGame(0);
+    PuzzleState* p = &g->p;
+    KeptGame kept(p);
+    std::mt19937 random(7);
+    size_t bytes = 0, records = 0;
+    for (auto _ : state) {
+        ClearHistory(&g_history);
+        for (int k = 0; k < 100; ++k) {
+            BeginGesture(&g_history, p);
+            const ViewList& table = p->views[kTableView];
+            const uint32_t piece = table.entries[random() % table.count];
+            switch (k % 5) {
+            case 0:
+            case 1:
+                if (PieceColumn(p, piece) > 0) {
+                    DropBeside(p, piece, piece - 1, int32_t(random() % 9) - 4);
+                    break;
+                }
+                // fall through
+            case 2:
+                RaiseToTop(p, piece);
+                DropPiece(p, kTableView, kTableView, piece, int32_t(random() % 1700), int32_t(random() % 900));
+                break;
+            case 3: {
+                const int tray = int(random() % kTrayCount);
+                RaiseToTop(p, piece);
+                DropPiece(p, tray, kTableView, piece, int32_t(random() % 200), int32_t(random() % 300));
+                break;
+            }
+            case 4: GiveHint(p); break;
+            }
+            EndGesture(&g_history, p);
+        }
+        bytes = HistoryBytes(&g_history);
+        records = g_history.records.size();
+        state.PauseTiming();
+        while (UndoGesture(&g_history, p)) {
+        }
+        state.ResumeTiming();
+    }
+    state.counters["history_KB"] = double(bytes) / 1024;
+    state.counters["gestures"] = double(records);
+    state.counters["snapshot_KB"] = double(PieceCount(p) * (sizeof(PieceRecord) + 3 * sizeof(uint32_t))) / 1024;
+    state.SetLabel("1080p, 2352 pieces, 100 gestures played");
+}
+BENCHMARK(BM_HistoryOfHundredGestures)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// The loose edge pieces of a fresh 2352-piece game (192) into the first tray, both views repainted.
+void BM_GatherEdgePieces(benchmark::State& state) {
+    Game* g = FullScreenGame(0);
+    PuzzleState* p = &g->p;
+    KeptGame kept(p);
+    uint32_t gathered = 0;
+    for (auto _ : state) {
+        BeginGesture(&g_history, p);
+        auto start = std::chrono::steady_clock::now();
+        const int tray = GatherEdgePieces(p);
+        auto end = std::chrono::steady_clock::now();
+        EndGesture(&g_history, p);
+        gathered = tray >= 0 ? p->views[tray].count : 0;
+        UndoGesture(&g_history, p);
+        state.SetIterationTime(std::chrono::duration<double>(end - start).count());
+    }
+    state.counters["pieces"] = gathered;
+    state.SetLabel("1080p, 2352 pieces, gathered into a 288 x 400 tray");
+}
+BENCHMARK(BM_GatherEdgePieces)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 // ---- The machine's bandwidth ---------------------------------------------------------------------------
 
