@@ -15,10 +15,12 @@ uint32_t CountLooseEdgePieces(const PuzzleState* p);
 // A puzzle in play, an empty tray and something to gather.
 bool CanGatherEdgePieces(const PuzzleState* p);
 
-// Where the k-th of `count` boxes goes in a view of the given size: a grid of whole boxes when they fit,
-// else a grid closer together (the same proportions) so that every box still starts inside the view.
-Point GatherPlace(int32_t viewWidth, int32_t viewHeight, int32_t boxWidth, int32_t boxHeight, uint32_t count,
-                  uint32_t k);
+// Where the k-th of `count` pieces goes in a view of the given size: a centred grid of whole boxes when
+// they all fit inside, else a tighter grid (the same proportions) over the places a piece may take in a
+// view: its tab margins (cell `cellWidth` x `cellHeight` in its box) may hang off the left and top, its
+// cell stays inside on the right and bottom. Distinct places for as many pieces as the view has pixels.
+Point GatherPlace(int32_t viewWidth, int32_t viewHeight, int32_t boxWidth, int32_t boxHeight, int32_t cellWidth,
+                  int32_t cellHeight, uint32_t count, uint32_t k);
 
 // Moves them, in their order on the table, into the first empty tray, each piece plain (not selected);
 // repaints both views, tells the tray it is filled (and the table when it empties) and marks the puzzle

@@ -119,39 +119,40 @@ TEST_F(Gather, TheGatheredPiecesLieSideBySideWhenTheBoxHasRoom) {
     }
 }
 
-TEST_F(Gather, TooManyForTheBoxStillStartInsideItCloserTogether) {
+TEST_F(Gather, TooManyForTheBoxLieCloserTogetherWhereAMovedPieceMayLie) {
     Make(8, 10, 90);  // 32 edge pieces, a tray 288 x 90: one row of four whole boxes only
     ASSERT_EQ(GatherEdgePieces(&p), 0);
     const std::vector<uint32_t> run = RunOf(&p, 0);
     ASSERT_EQ(run.size(), 32u);
     std::vector<std::pair<int32_t, int32_t>> places;
     for (uint32_t i : run) {
-        EXPECT_GE(p.pieces[i].x, 0);
-        EXPECT_GE(p.pieces[i].y, 0);
-        EXPECT_LE(p.pieces[i].x, 288 - p.boxWidth);
-        EXPECT_LE(p.pieces[i].y, 90 - p.boxHeight);
+        const Point held = HoldInsideView(&p, 0, Point{p.pieces[i].x, p.pieces[i].y});
+        EXPECT_EQ(held.x, p.pieces[i].x) << i;  // where a piece moved inside the box could lie too
+        EXPECT_EQ(held.y, p.pieces[i].y) << i;
         places.emplace_back(p.pieces[i].x, p.pieces[i].y);
     }
     std::sort(places.begin(), places.end());
     EXPECT_EQ(std::unique(places.begin(), places.end()), places.end()) << "each piece has a place of its own";
 }
 
-TEST_F(Gather, GatherPlaceCentresWholeBoxesAndStaysInsideWhenCrowded) {
-    // Two boxes of 50 x 40 in 300 x 100: side by side, the pair centred.
-    EXPECT_EQ(GatherPlace(300, 100, 50, 40, 2, 0).x, 100);
-    EXPECT_EQ(GatherPlace(300, 100, 50, 40, 2, 1).x, 150);
-    EXPECT_EQ(GatherPlace(300, 100, 50, 40, 2, 0).y, 30);
+TEST_F(Gather, GatherPlaceCentresWholeBoxesAndKeepsCrowdedOnesWhereTheyMayLie) {
+    // Two boxes of 50 x 40 (cells 30 x 24, margins 10 and 8) in 300 x 100: side by side, the pair centred.
+    EXPECT_EQ(GatherPlace(300, 100, 50, 40, 30, 24, 2, 0).x, 100);
+    EXPECT_EQ(GatherPlace(300, 100, 50, 40, 30, 24, 2, 1).x, 150);
+    EXPECT_EQ(GatherPlace(300, 100, 50, 40, 30, 24, 2, 0).y, 30);
     for (uint32_t count : {1u, 7u, 60u, 5000u})
         for (uint32_t k = 0; k < count; ++k) {
-            Point at = GatherPlace(300, 100, 50, 40, count, k);
-            ASSERT_GE(at.x, 0);
-            ASSERT_GE(at.y, 0);
-            ASSERT_LE(at.x, 250);
-            ASSERT_LE(at.y, 60);
+            Point at = GatherPlace(300, 100, 50, 40, 30, 24, count, k);
+            ASSERT_GE(at.x, -10);
+            ASSERT_GE(at.y, -8);
+            ASSERT_LE(at.x + 30, 300);
+            ASSERT_LE(at.y + 24, 100);
         }
-    // A view smaller than a box, or never sized: the corner.
-    EXPECT_EQ(GatherPlace(0, 0, 50, 40, 3, 2).x, 0);
-    EXPECT_EQ(GatherPlace(0, 0, 50, 40, 3, 2).y, 0);
+    // Pieces larger than the view still get places of their own, not one heap in the corner.
+    const Point first = GatherPlace(200, 150, 300, 300, 180, 180, 4, 0), last = GatherPlace(200, 150, 300, 300, 180, 180, 4, 3);
+    EXPECT_NE(first.x * 10000 + first.y, last.x * 10000 + last.y);
+    EXPECT_GE(first.x, -60);
+    EXPECT_LE(last.x + 180, 200);
 }
 
 TEST_F(Gather, IsOneGestureForUndo) {
