@@ -104,3 +104,59 @@ open_new_puzzle() {
     done
     e2e_fail "the new-puzzle screen did not open ($1 game)"
 }
+
+# A game as the probe sees it: every piece (view, place, group, lit flag, depth) and the box names; and
+# apart, the grid, hints and the finished flag (the play time runs on).
+game_state() { probe state | grep -E '^(PIECE|BOX)'; }
+game_line() { probe state | grep '^GAME' | awk '{print $2, $3, $5, $6}'; }
+
+# join_once: a loose piece laid beside a true neighbour; they must join. Prints "NOPLAN" and returns 1
+# when the scatter leaves no uncovered loose piece a place beside a neighbour.
+join_once() {
+    local plan
+    for _ in 1 2 3; do
+        plan=$(probe plan-join)
+        grep -q PAIR <<<"$plan" && break
+        sleep 1
+    done
+    read -r _ moved anchor < <(grep PAIR <<<"$plan") || { echo "$plan"; return 1; }
+    read -r _ px py < <(grep PRESS <<<"$plan")
+    read -r _ rx ry < <(grep RELEASE <<<"$plan")
+    drag "$px" "$py" "$rx" "$ry"
+    read -r _ ga gb < <(probe pair "$moved" "$anchor" | grep GROUPS)
+    [ "$ga" != 0 ] && [ "$ga" = "$gb" ] || e2e_fail "pieces $moved and $anchor did not join (groups $ga $gb)"
+    echo "joined $moved and $anchor"
+}
+
+# wait_gone CLASS: until no visible top-level window of that class is left.
+wait_gone() {
+    for _ in $(seq 1 100); do
+        probe windows | grep -q "WINDOW: $1\$" || return 0
+        sleep 0.1
+    done
+    e2e_fail "$1 did not close"
+}
+
+# start_game: Tavirel.exe in the 1024 x 768 desktop $name, past its opening clip to the main window.
+start_game() {
+    e2e_desktop "$name" 1024x768 Tavirel.exe
+    e2e_wait_desktop "$name"
+    probe wait CWNDVIDEO 20 >/dev/null
+    click 512 384   # a click ends the opening clip
+    probe wait CWNDBACK 20 | grep -q FOUND || e2e_fail "no main window"
+}
+
+
+# fewest_pieces_game: a new puzzle of the first picture with the fewest pieces, laid out on the table.
+fewest_pieces_game() {
+    local left top board
+    open_new_puzzle first
+    read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
+    click $((left + 160)) $((top + 151))
+    click $((left + 418)) $((top + 26))   # the pieces tab
+    sleep 0.8
+    slide_to_end $((left + 375)) $((top + 205))
+    click $((left + 271)) $((top + 260))
+    board=$(probe wait-board 90)
+    grep -q "BOARD: [0-9]" <<<"$board" || e2e_fail "the puzzle was not laid out: $board"
+}
