@@ -15,7 +15,7 @@
 //                                prints "BOARD: rows cols"
 //   e2e_probe plan-join          picks the topmost loose piece on the table and one of its true
 //                                neighbours; prints "PAIR moved anchor", "PRESS x y", "RELEASE x y"
-//   e2e_probe plan-loose         the topmost loose piece whose middle is uncovered: "LOOSE i", "PRESS x y"
+//   e2e_probe plan-loose         the topmost loose piece with its middle partly uncovered: "LOOSE i", "PRESS x y"
 //   e2e_probe pair A B           prints "GROUPS: ga gb" and "FINISHED: f"
 //   e2e_probe plan-place A X Y   the next piece to lay beside the pieces already laid round anchor A
 //                                (A = -1: the topmost piece goes to table position X, Y); prints
@@ -228,21 +228,27 @@ static bool ReadTable(TableView* t) {
     return true;
 }
 
-// Where to press the loose piece at that depth: the middle of its cell, unless a piece above covers it
-// (then false).
+// Where to press the loose piece at that depth: a point of the middle of its cell (30 % to 70 % each way,
+// clear of any tab cut into it) that no piece above covers, the very middle first; false when none is.
 static bool UncoveredPress(const TableView& t, int depth, POINT* press) {
     const int moved = t.run[size_t(depth)];
     if (moved < 0 || Ask(t.table, BOARD_ASK_GROUP, moved) != 0) return false;
     const POINT from = t.at[size_t(moved)];
-    *press = POINT{from.x + t.margin.x + t.cell.x / 2, from.y + t.margin.y + t.cell.y / 2};
-    for (int above = 0; above < depth; ++above) {
-        const POINT b = t.at[size_t(t.run[size_t(above)])];
-        if (press->x >= b.x && press->x < b.x + t.box.x && press->y >= b.y && press->y < b.y + t.box.y) return false;
-    }
-    return true;
+    const int tries[5] = {50, 30, 70, 40, 60};
+    for (int fy : tries)
+        for (int fx : tries) {
+            *press = POINT{from.x + t.margin.x + t.cell.x * fx / 100, from.y + t.margin.y + t.cell.y * fy / 100};
+            bool covered = false;
+            for (int above = 0; above < depth && !covered; ++above) {
+                const POINT b = t.at[size_t(t.run[size_t(above)])];
+                covered = press->x >= b.x && press->x < b.x + t.box.x && press->y >= b.y && press->y < b.y + t.box.y;
+            }
+            if (!covered) return true;
+        }
+    return false;
 }
 
-// A loose piece of the table whose middle no piece above it covers moves onto the place beside a true
+// A loose piece of the table with a middle point no piece above it covers moves onto the place beside a true
 // neighbour. The place must be one the table does not hold back (a piece may leave it by its tab margin
 // on the left and top, never by its cell on the right and bottom), or the drop would fall short.
 static int PlanJoin() {
