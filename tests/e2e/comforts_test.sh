@@ -100,14 +100,7 @@ xdotool key Return
 probe wait CWNDFILE 10 | grep -q FOUND || e2e_fail "Ctrl+O did not open the browser after the yes"
 sleep 0.5
 shot 05-opening
-read -r _ sx sy < <(probe child CWNDFILE 300@CWNDPREVFILE | grep CENTRE) || e2e_fail "no first slot"
-w=$(desktop)
-xdotool mousemove --window "$w" $((sx + 9)) $((sy + 9))
-sleep 0.1
-xdotool mousemove --window "$w" "$sx" "$sy"
-sleep 0.2
-xdotool click --repeat 2 --delay 80 1
-wait_gone CWNDFILE
+open_first_saved_game
 until_state "$gathered" "the game opened with Ctrl+O differs from the one saved with Ctrl+S"
 [ "$(game_line)" = "$gathered_line" ] || e2e_fail "grid, hints or finished differ after opening"
 sleep 0.5

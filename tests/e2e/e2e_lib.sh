@@ -160,3 +160,16 @@ fewest_pieces_game() {
     board=$(probe wait-board 90)
     grep -q "BOARD: [0-9]" <<<"$board" || e2e_fail "the puzzle was not laid out: $board"
 }
+
+# open_first_saved_game: a double click on the browser's first slot opens that game; the browser goes.
+open_first_saved_game() {
+    local sx sy w
+    read -r _ sx sy < <(probe child CWNDFILE 300@CWNDPREVFILE | grep CENTRE) || e2e_fail "no first slot"
+    w=$(desktop)
+    xdotool mousemove --window "$w" $((sx + 9)) $((sy + 9))
+    sleep 0.1
+    xdotool mousemove --window "$w" "$sx" "$sy"
+    sleep 0.2
+    xdotool click --repeat 2 --delay 80 1
+    wait_gone CWNDFILE
+}

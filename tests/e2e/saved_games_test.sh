@@ -98,14 +98,7 @@ click 206 38
 probe wait CWNDFILE 10 | grep -q FOUND || e2e_fail "the open button did not open the browser"
 sleep 0.5
 shot 05-browser-open
-read -r _ sx sy < <(probe child CWNDFILE 300@CWNDPREVFILE | grep CENTRE) || e2e_fail "no first slot"
-w=$(desktop)
-xdotool mousemove --window "$w" $((sx + 9)) $((sy + 9))
-sleep 0.1
-xdotool mousemove --window "$w" "$sx" "$sy"
-sleep 0.2
-xdotool click --repeat 2 --delay 80 1
-wait_gone CWNDFILE
+open_first_saved_game
 sleep 0.5
 shot 06-opened
 opened_state=$(game_state)
