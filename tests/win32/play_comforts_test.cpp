@@ -42,6 +42,16 @@ COLORREF SideButtonColor(HWND button) {
     return image ? COLORREF(DibAt(image, 5, 5)) : COLORREF(0xFFFFFFFF);
 }
 
+// A top-level window of the class made by this test process: another test program may run beside it.
+HWND OurWindow(const char* className) {
+    for (HWND w = FindWindowExA(nullptr, nullptr, className, nullptr); w; w = FindWindowExA(nullptr, w, className, nullptr)) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(w, &process);
+        if (process == GetCurrentProcessId()) return w;
+    }
+    return nullptr;
+}
+
 // What the commands without a screen of their own yet did, counted.
 int g_honourRollOpened, g_musicOpened, g_clothOpened, g_newPuzzleOpened, g_helpLaunched;
 int g_savedPuzzlesOpened[2];
@@ -155,8 +165,7 @@ struct PlayingScreen {
 
     ~PlayingScreen() {
         if (HWND message = CurrentMessageWindow()) DestroyWindow(message);
-        for (HWND w = FindWindowA(kLanguageChooserClass, nullptr); w; w = FindWindowA(kLanguageChooserClass, nullptr))
-            DestroyWindow(w);
+        while (HWND w = OurWindow(kLanguageChooserClass)) DestroyWindow(w);
         PumpMessages(80);
         if (window) DestroyWindow(window);
         MSG quit;
@@ -201,6 +210,7 @@ struct PlayingScreen {
 };
 
 bool Visible(HWND hwnd) { return hwnd && IsWindowVisible(hwnd); }
+
 
 }  // namespace
 
@@ -262,7 +272,7 @@ TEST(PlayComforts, EachCommandKeyReachesItsCommandFromTheTableAndFromABox) {
         EXPECT_EQ(g_clothOpened, cloth + 1);
 
         screen.Press(target, 'L');
-        HWND chooser = FindWindowA(kLanguageChooserClass, nullptr);
+        HWND chooser = OurWindow(kLanguageChooserClass);
         EXPECT_TRUE(Visible(chooser));
         if (chooser) DestroyWindow(chooser);
         PumpAsTheGame(20);
@@ -319,7 +329,7 @@ TEST(PlayComforts, NoKeyFiresWhileANameIsTypedInTheMessageWindow) {
     EXPECT_EQ(g_puzzle.hintsUsed, 0u);
     EXPECT_TRUE(Same(start, Take()));
     EXPECT_FALSE(Visible(g_pieceBoxes[0]));
-    EXPECT_EQ(FindWindowA(kLanguageChooserClass, nullptr), nullptr);
+    EXPECT_EQ(OurWindow(kLanguageChooserClass), nullptr);
     // The question open (even without a focused field) keeps its keys to itself.
     SetFocus(screen.window);
     screen.Press(screen.Table(), 'H');
@@ -332,7 +342,7 @@ TEST(PlayComforts, NoKeyFiresWhileANameIsTypedInTheBrowser) {
     g_openSavedPuzzles = [](uint8_t mode) { OpenSavedPuzzleBrowser(mode); };
     screen.MoveTopPiece(kTableView, 200, 150);  // a changed game can be saved
     screen.Press(screen.Table(), 'S', true);  // the browser opens with its name field focused
-    HWND browser = FindWindowA(kBrowserClass, nullptr);
+    HWND browser = OurWindow(kBrowserClass);
 
     ASSERT_TRUE(Visible(browser));
     HWND field = GetDlgItem(browser, kBrowserNameFieldId);
