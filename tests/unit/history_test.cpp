@@ -11,36 +11,6 @@
 
 namespace {
 
-// Everything undo restores: pieces, counts and the order array.
-struct ModelPicture {
-    std::vector<PieceRecord> pieces;
-    std::vector<uint32_t> order;
-    std::vector<uint32_t> counts;
-};
-
-ModelPicture Picture(const PuzzleState& p) {
-    ModelPicture m;
-    const uint32_t n = PieceCount(&p);
-    m.pieces.assign(p.pieces, p.pieces + n);
-    m.order.assign(p.order, p.order + n);
-    for (int v = 0; v < kViewCount; ++v) m.counts.push_back(p.views[v].count);
-    return m;
-}
-
-::testing::AssertionResult SameModel(const ModelPicture& expected, const PuzzleState& p) {
-    ModelPicture actual = Picture(p);
-    if (actual.counts != expected.counts) return ::testing::AssertionFailure() << "view counts differ";
-    if (actual.order != expected.order) return ::testing::AssertionFailure() << "run order differs";
-    for (size_t i = 0; i < expected.pieces.size(); ++i) {
-        const PieceRecord &a = expected.pieces[i], &b = actual.pieces[i];
-        if (a.x != b.x || a.y != b.y || a.group != b.group || a.lit != b.lit)
-            return ::testing::AssertionFailure() << "piece " << i << " was (" << a.x << ", " << a.y << ") group "
-                                                 << a.group << " lit " << int(a.lit) << ", is (" << b.x << ", "
-                                                 << b.y << ") group " << b.group << " lit " << int(b.lit);
-    }
-    return ::testing::AssertionSuccess();
-}
-
 struct History : ::testing::Test {
     void SetUp() override {
         InstallRecordingHooks();
@@ -106,11 +76,11 @@ TEST_F(History, UndoAfterAJoinSplitsTheGroupBackWithTheOldIds) {
     // 0 and 1 joined first (group 2), then 4 joins 1 from below: the group takes id 5.
     ASSERT_TRUE(DragOnTable(1, p.pieces[0].x + 100, p.pieces[0].y).joined);
     ASSERT_EQ(p.pieces[0].group, 2u);
-    const ModelPicture beforeSecond = Picture(p);
+    const ModelSnapshot beforeSecond = TakeModel(p);
     ASSERT_TRUE(DragOnTable(4, p.pieces[1].x, p.pieces[1].y + 100).joined);
     ASSERT_EQ(p.pieces[0].group, 5u);
     ASSERT_EQ(p.pieces[4].group, 5u);
-    const ModelPicture afterSecond = Picture(p);
+    const ModelSnapshot afterSecond = TakeModel(p);
 
     ASSERT_TRUE(UndoGesture(&g_history, &p));
     EXPECT_TRUE(SameModel(beforeSecond, p));
@@ -133,7 +103,7 @@ TEST_F(History, UndoAfterAJoinSplitsTheGroupBackWithTheOldIds) {
 TEST_F(History, UndoOfAMoveIntoATrayTellsTheTrayItIsEmptyAgain) {
     Make(2, 2);
     Spread();
-    const ModelPicture before = Picture(p);
+    const ModelSnapshot before = TakeModel(p);
     Drag(3, Point{0, 0}, PointerWindow{POINTER_DROP_TARGET, kViewControlBase + 2});
     ASSERT_EQ(p.views[2].count, 1u);
     ASSERT_TRUE(g_hookLog.has("filled 2"));
@@ -158,7 +128,7 @@ TEST_F(History, UndoIsRefusedOnceThePuzzleIsComplete) {
     Spread();
     ASSERT_TRUE(DragOnTable(1, p.pieces[0].x + 100, p.pieces[0].y).completed);
     ASSERT_TRUE(p.finished);
-    const ModelPicture complete = Picture(p);
+    const ModelSnapshot complete = TakeModel(p);
     EXPECT_FALSE(CanUndo(&g_history, &p));
     EXPECT_FALSE(UndoGesture(&g_history, &p));
     EXPECT_FALSE(RedoGesture(&g_history, &p));
@@ -181,7 +151,7 @@ TEST_F(History, UndoIsRefusedAfterAssembleAndWhileADragRuns) {
 TEST_F(History, UndoNeverGivesAHintBack) {
     Make(2, 3);
     Spread();
-    const ModelPicture before = Picture(p);
+    const ModelSnapshot before = TakeModel(p);
     BeginGesture(&g_history, &p);
     GiveHint(&p);
     EndGesture(&g_history, &p);
@@ -197,9 +167,9 @@ TEST_F(History, UndoNeverGivesAHintBack) {
 TEST_F(History, SelectionIsUndoneTogetherWithTheMoveBeforeIt) {
     Make(2, 3);
     Spread();
-    const ModelPicture before = Picture(p);
+    const ModelSnapshot before = TakeModel(p);
     DragOnTable(5, 700, 500);
-    const ModelPicture afterMove = Picture(p);
+    const ModelSnapshot afterMove = TakeModel(p);
     Select(kTableView, Point{0, 0}, Point{250, 100});  // selects 0 and 1
     ASSERT_EQ(p.pieces[0].lit, 0u);
     ASSERT_EQ(g_history.records.size(), 2u);
@@ -218,7 +188,7 @@ TEST_F(History, ASelectionAloneCannotBeUndoneButAMoveOfItCan) {
     Spread();
     Select(kTableView, Point{0, 0}, Point{250, 100});
     EXPECT_FALSE(CanUndo(&g_history, &p));
-    const ModelPicture selected = Picture(p);
+    const ModelSnapshot selected = TakeModel(p);
     // The selected pieces move together.
     DragOnTable(1, 600, 400);
     ASSERT_NE(p.pieces[0].x, selected.pieces[0].x);
@@ -230,7 +200,7 @@ TEST_F(History, ACancelledDragDoesNotCountAsAMove) {
     Make(2, 2);
     Spread();
     DragOnTable(0, 500, 400);
-    const ModelPicture afterMove = Picture(p);
+    const ModelSnapshot afterMove = TakeModel(p);
     Drag(3, Point{10, 10}, PointerWindow{POINTER_OUTSIDE, 0});  // cancelled: only the stacking changed
     ASSERT_TRUE(UndoGesture(&g_history, &p));
     EXPECT_EQ(p.pieces[0].x, 20);

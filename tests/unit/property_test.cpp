@@ -194,38 +194,6 @@ TEST(Property, HundredThousandRandomGesturesKeepEveryInvariantAndHintsAlwaysFini
     g_puzzleHooks = PuzzleHooks{};
 }
 
-namespace {
-
-// What undo brings back, field by field: every piece record, the order array and the view counts.
-struct Snapshot {
-    std::vector<PieceRecord> pieces;
-    std::vector<uint32_t> order;
-    uint32_t counts[kViewCount];
-};
-
-Snapshot Take(const PuzzleState& p) {
-    Snapshot s;
-    const uint32_t n = PieceCount(&p);
-    s.pieces.assign(p.pieces, p.pieces + n);
-    s.order.assign(p.order, p.order + n);
-    for (int v = 0; v < kViewCount; ++v) s.counts[v] = p.views[v].count;
-    return s;
-}
-
-::testing::AssertionResult Equal(const Snapshot& a, const Snapshot& b) {
-    for (int v = 0; v < kViewCount; ++v)
-        if (a.counts[v] != b.counts[v])
-            return ::testing::AssertionFailure() << "view " << v << " holds " << b.counts[v] << ", not " << a.counts[v];
-    if (a.order != b.order) return ::testing::AssertionFailure() << "the run order differs";
-    for (size_t i = 0; i < a.pieces.size(); ++i) {
-        const PieceRecord &x = a.pieces[i], &y = b.pieces[i];
-        if (x.x != y.x || x.y != y.y || x.group != y.group || x.lit != y.lit)
-            return ::testing::AssertionFailure() << "piece " << i << " differs";
-    }
-    return ::testing::AssertionSuccess();
-}
-
-}  // namespace
 
 TEST(Property, RandomGesturesUndoneAndRedoneBringBackEveryStepFieldByField) {
     InstallRecordingHooks();
@@ -242,7 +210,7 @@ TEST(Property, RandomGesturesUndoneAndRedoneBringBackEveryStepFieldByField) {
         play.p = &p;
         play.random.seed(uint32_t(sequence * 104729 + 3));
         // The model at each step the history can reach; `at` is the current one.
-        std::vector<Snapshot> steps{Take(p)};
+        std::vector<ModelSnapshot> steps{TakeModel(p)};
         size_t at = 0;
         uint32_t hints = p.hintsUsed;
         for (int op = 0; op < 5000; ++op) {
@@ -251,10 +219,10 @@ TEST(Property, RandomGesturesUndoneAndRedoneBringBackEveryStepFieldByField) {
                 const bool can = CanUndo(&g_history, &p);
                 ASSERT_EQ(can, at > 0) << "sequence " << sequence << " op " << op;
                 if (!can) continue;
-                const Snapshot from = Take(p);
+                const ModelSnapshot from = TakeModel(p);
                 ASSERT_TRUE(UndoGesture(&g_history, &p));
                 --at;
-                ASSERT_TRUE(Equal(steps[at], Take(p))) << "undo, sequence " << sequence << " op " << op;
+                ASSERT_TRUE(SameModel(steps[at], p)) << "undo, sequence " << sequence << " op " << op;
                 for (int v = 0; v < kTrayCount; ++v) trayMovesUndone += from.counts[v] != steps[at].counts[v];
                 for (size_t i = 0; i < from.pieces.size(); ++i)
                     if (from.pieces[i].group != steps[at].pieces[i].group) {
@@ -268,10 +236,10 @@ TEST(Property, RandomGesturesUndoneAndRedoneBringBackEveryStepFieldByField) {
                 if (!can) continue;
                 ASSERT_TRUE(RedoGesture(&g_history, &p));
                 ++at;
-                ASSERT_TRUE(Equal(steps[at], Take(p))) << "redo, sequence " << sequence << " op " << op;
+                ASSERT_TRUE(SameModel(steps[at], p)) << "redo, sequence " << sequence << " op " << op;
                 ++redos;
             } else {
-                const Snapshot before = Take(p);
+                const ModelSnapshot before = TakeModel(p);
                 const size_t recordsBefore = g_history.records.size();
                 BeginGesture(&g_history, &p);
                 play.Gesture();
@@ -281,26 +249,26 @@ TEST(Property, RandomGesturesUndoneAndRedoneBringBackEveryStepFieldByField) {
                     ASSERT_TRUE(CutTestPuzzle(&p, rows, cols, 20 * cols, 20 * rows, 2, 2, 1.0, true, 24, 400, 300));
                     GiveViewSizes(&p, sequence == 0);
                     ASSERT_EQ(g_history.records.size(), 0u);
-                    steps.assign(1, Take(p));
+                    steps.assign(1, TakeModel(p));
                     at = 0;
                     hints = p.hintsUsed;
-                } else if (Equal(before, Take(p))) {
+                } else if (SameModel(before, p)) {
                     ASSERT_EQ(g_history.records.size(), recordsBefore) << "nothing changed, nothing kept";
                 } else {
                     ASSERT_EQ(g_history.done, g_history.records.size());
                     steps.resize(at + 1);
                     if (g_history.records.back().quiet) {
-                        steps[at] = Take(p);  // part of the step before it (or of the start)
+                        steps[at] = TakeModel(p);  // part of the step before it (or of the start)
                         ++quietGestures;
                     } else {
-                        steps.push_back(Take(p));
+                        steps.push_back(TakeModel(p));
                         ++at;
                     }
                 }
                 // Keep under the history's length, so that every step stays reachable.
                 if (g_history.records.size() > kHistoryGestures - 10) {
                     ClearHistory(&g_history);
-                    steps.assign(1, Take(p));
+                    steps.assign(1, TakeModel(p));
                     at = 0;
                 }
             }

@@ -283,3 +283,26 @@ Coverage MeasureCoverage(const PuzzleState& p, const std::vector<uint8_t>& photo
         }
     return ::testing::AssertionSuccess();
 }
+
+ModelSnapshot TakeModel(const PuzzleState& p) {
+    ModelSnapshot m;
+    const uint32_t n = PieceCount(&p);
+    m.pieces.assign(p.pieces, p.pieces + n);
+    m.order.assign(p.order, p.order + n);
+    for (int v = 0; v < kViewCount; ++v) m.counts.push_back(p.views[v].count);
+    return m;
+}
+
+::testing::AssertionResult SameModel(const ModelSnapshot& expected, const PuzzleState& p) {
+    const ModelSnapshot actual = TakeModel(p);
+    if (actual.counts != expected.counts) return ::testing::AssertionFailure() << "view counts differ";
+    if (actual.order != expected.order) return ::testing::AssertionFailure() << "run order differs";
+    for (size_t i = 0; i < expected.pieces.size(); ++i) {
+        const PieceRecord &a = expected.pieces[i], &b = actual.pieces[i];
+        if (a.x != b.x || a.y != b.y || a.group != b.group || a.lit != b.lit)
+            return ::testing::AssertionFailure() << "piece " << i << " was (" << a.x << ", " << a.y << ") group "
+                                                 << a.group << " lit " << int(a.lit) << ", is (" << b.x << ", "
+                                                 << b.y << ") group " << b.group << " lit " << int(b.lit);
+    }
+    return ::testing::AssertionSuccess();
+}

@@ -38,6 +38,16 @@ struct HookLog {
 extern HookLog g_hookLog;
 void InstallRecordingHooks();
 
+// Everything undo must bring back, field by field: every piece record, the order array, the view counts.
+struct ModelSnapshot {
+    std::vector<PieceRecord> pieces;
+    std::vector<uint32_t> order;
+    std::vector<uint32_t> counts;
+};
+ModelSnapshot TakeModel(const PuzzleState& p);
+// Success when p holds what the snapshot holds; else says where they first differ.
+::testing::AssertionResult SameModel(const ModelSnapshot& expected, const PuzzleState& p);
+
 // Cuts p with a test photograph and pattern. Table size as given; the views get no pictures.
 bool CutTestPuzzle(PuzzleState* p, int32_t rows, int32_t cols, int32_t photoWidth, int32_t photoHeight,
                    uint32_t patternRows = 2, uint32_t patternColumns = 2, double scale = 1.0, bool scatter = true,
