@@ -15,7 +15,8 @@
 //                                prints "BOARD: rows cols"
 //   e2e_probe plan-join          picks the topmost loose piece on the table and one of its true
 //                                neighbours; prints "PAIR moved anchor", "PRESS x y", "RELEASE x y"
-//   e2e_probe plan-loose         the topmost loose piece with its middle partly uncovered: "LOOSE i", "PRESS x y"
+//   e2e_probe plan-loose         the topmost loose piece with its middle partly uncovered, else the topmost
+//                                piece: "LOOSE i", "PRESS x y"
 //   e2e_probe pair A B           prints "GROUPS: ga gb" and "FINISHED: f"
 //   e2e_probe plan-place A X Y   the next piece to lay beside the pieces already laid round anchor A
 //                                (A = -1: the topmost piece goes to table position X, Y); prints
@@ -298,7 +299,16 @@ static int PlanLoose() {
         std::printf("LOOSE %d\nPRESS %ld %ld\n", t.run[size_t(depth)], press.x, press.y);
         return 0;
     }
-    std::printf("NOPLAN: every loose piece is covered\n");
+    // A crowded scatter can bury every loose piece; the topmost piece is never covered, and its group
+    // goes along wherever it is dragged.
+    if (t.count > 0) {
+        const POINT from = t.at[size_t(t.run[0])];
+        POINT press = {from.x + t.margin.x + t.cell.x / 2, from.y + t.margin.y + t.cell.y / 2};
+        ClientToScreen(t.table, &press);
+        std::printf("LOOSE %d\nPRESS %ld %ld\n", t.run[0], press.x, press.y);
+        return 0;
+    }
+    std::printf("NOPLAN: no piece on the table\n");
     return 1;
 }
 
