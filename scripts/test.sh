@@ -78,7 +78,7 @@ if TARGETS="unit_tests" configure_and_build native32 -DCMAKE_TOOLCHAIN_FILE=cmak
     count_ctest "$logs/native32-tests.log"
 fi
 
-if CC=clang CXX=clang++ TARGETS="pack_fuzz bmp_fuzz saved_puzzle_fuzz puzzle_preview_fuzz" configure_and_build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAVIREL_FUZZ=ON \
+if CC=clang CXX=clang++ TARGETS="pack_fuzz bmp_fuzz saved_puzzle_fuzz puzzle_preview_fuzz records_fuzz" configure_and_build fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAVIREL_FUZZ=ON \
     -DTAVIREL_TESTS=OFF; then
     echo "== fuzzing the file readers"
     (cd build/fuzz && ctest -j "$jobs" --output-on-failure --timeout 600) >"$logs/fuzz-tests.log" 2>&1
@@ -91,12 +91,13 @@ configure_and_build win32 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake -DCM
 
 if configure_and_build win64 -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake -DCMAKE_BUILD_TYPE=Release; then
     echo "== Windows tests under Wine"
-    # Tests whose suite starts with "Pointer" move the one real mouse pointer, and "E2E" tests run the
+    # Tests whose suite starts with "Pointer" move the one real mouse pointer, "Foreground" ones ask which
+    # window is in front (another test program could take it), and "E2E" tests run the
     # whole game: they run one at a time. The failures of a pass run once more (scripts/ctest-pass.sh); a
     # test that fails twice counts as failed, one that passes the second time is named.
     bash scripts/with-wine.sh bash -c "cd build/win64 &&
-        bash '$root/scripts/ctest-pass.sh' '$root/$logs/wine-tests.log' -j $jobs -E '^(Pointer|E2E)';
-        bash '$root/scripts/ctest-pass.sh' '$root/$logs/wine-pointer-tests.log' -j 1 -R '^(Pointer|E2E)'"
+        bash '$root/scripts/ctest-pass.sh' '$root/$logs/wine-tests.log' -j $jobs -E '^(Pointer|Foreground|E2E)';
+        bash '$root/scripts/ctest-pass.sh' '$root/$logs/wine-pointer-tests.log' -j 1 -R '^(Pointer|Foreground|E2E)'"
     for log in wine-tests wine-pointer-tests; do
         if grep -q 'No tests were found' "$logs/$log.log"; then continue; fi
         grep -E '(Failed|\*\*\*|tests passed)' "$logs/$log.log" | tail -n 20

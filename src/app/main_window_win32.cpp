@@ -11,6 +11,9 @@
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
 #include "extras/bars_win32.h"
+#include "extras/honour_win32.h"
+#include "extras/info_win32.h"
+#include "extras/music_win32.h"
 #include "puzzle/board_window_win32.h"
 #include "puzzle/compose.h"
 #include "puzzle/gather.h"
@@ -85,6 +88,7 @@ static LRESULT Main_OnCreate(HWND window) {
         return uint8_t(more ? 1 : 0);
     };
     g_barActions.gatherEdges = GatherEdgesIntoABox;
+    g_barActions.openHonourRoll = [] { OpenHonourWindow(); };
 
     g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
     if (!g_sideButtonImages) return -1;
@@ -129,6 +133,7 @@ static void Main_OnClose(HWND window) {
 
 static void Main_OnDestroy(HWND window) {
     KillTimer(window, kResumeTimerId);
+    StopMusic();
     g_puzzleChanged = nullptr;
     g_puzzleLoaded = nullptr;
     ImageObject_Destroy(&g_infoImage);
@@ -159,7 +164,11 @@ static void Main_OnSize(WPARAM kind) {
 
 static void Main_OnNotify(WPARAM event, HWND from) {
     if (event != NOTIFY_CLICKED || !from) return;
-    if (from == g_infoButton) return;  // the information screen is not part of the game yet
+    if (from == g_infoButton) {
+        PauseMusic();  // the gallery resumes it when it closes
+        OpenGallery(g_mainWindow);
+        return;
+    }
     int id = GetDlgCtrlID(from);
     if (id >= kFirstSideButtonId && id < kFirstSideButtonId + kSideButtonCount) TogglePieceBox(id - kFirstSideButtonId);
 }
@@ -242,6 +251,7 @@ static LRESULT CALLBACK Main_WindowProc(HWND window, UINT message, WPARAM wParam
         if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
         return 0;
     case PM_NOTIFY: Main_OnNotify(wParam, reinterpret_cast<HWND>(lParam)); return 0;
+    case MM_MCINOTIFY: OnMusicNotify(wParam); return 0;
     }
     return DefWindowProcA(window, message, wParam, lParam);
 }

@@ -17,6 +17,10 @@
 #include "controls/control_messages.h"
 #include "controls/controls_win32.h"
 #include "extras/bars_win32.h"
+#include "extras/completion_win32.h"
+#include "extras/honour_win32.h"
+#include "extras/info_win32.h"
+#include "extras/printing_win32.h"
 #include "extras/video_win32.h"
 #include "gfx/pack.h"
 #include "puzzle/board_window_win32.h"
@@ -24,6 +28,7 @@
 #include "setup/new_puzzle_win32.h"
 #include "setup/browser_win32.h"
 #include "setup/piece_box_win32.h"
+#include "setup/picture_window_win32.h"
 #include "puzzle/model.h"
 
 static INT_PTR CALLBACK Notice_DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
@@ -68,6 +73,10 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterMessageWindowClass(instance);
     RegisterBrowserClasses(instance);
     RegisterVideoClass(instance);
+    RegisterPictureWindowClass(instance);
+    RegisterHonourClass(instance);
+    RegisterInfoClasses(instance);
+    RegisterPrintWaitClass(instance);
 }
 
 // The title bar's new-puzzle button puts the current puzzle away before the screen opens: the screen's
@@ -133,6 +142,7 @@ int RunTavirel(HINSTANCE instance) {
     }
 
     g_videoHooks.openingFinished = OpeningFinished;
+    InstallCompletionFlow();
     g_openNewPuzzleScreen = CloseGameAndOpenNewPuzzle;
     g_startNewGame = StartGameWithShape;
     g_openSavedPuzzles = OpenSavedPuzzles;

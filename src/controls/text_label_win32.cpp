@@ -331,6 +331,10 @@ LRESULT CALLBACK TextLabelProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lP
     case PM_TXT_GETLITWEIGHT: return s->litWeight;
     case PM_TXT_SETLITWEIGHT: return Label_SetNumber(s, &s->litWeight, int32_t(lParam));
     case PM_TXT_GETTEXT: return Label_OnGetText(s, reinterpret_cast<char*>(lParam), wParam);
+    // The standard text queries answer too, so programs that read windows (screen readers, our
+    // end-to-end probe in another process) see what the label shows.
+    case WM_GETTEXT: return Label_OnGetText(s, reinterpret_cast<char*>(lParam), wParam);
+    case WM_GETTEXTLENGTH: return s->text ? LRESULT(s->textSize - 1) : 0;
     case PM_TXT_SETTEXT: return Label_OnSetText(s, reinterpret_cast<const char*>(lParam));
     case PM_TXT_SETFACE: return Label_OnSetFace(s, reinterpret_cast<const char*>(lParam));
     default:

@@ -31,12 +31,17 @@ e2e_wait_desktop() {
     e2e_fail "the Wine desktop $1 did not appear"
 }
 
-# e2e_close_desktop NAME: ends every program of that desktop by closing the desktop window itself.
+# e2e_close_desktop NAME: ends every program of that desktop by closing the desktop window itself. A game
+# held by one of its own windows (the finished picture, a question) outlives its desktop and would show
+# in the next test's, so any game still running then is ended too; end-to-end tests run one at a time.
 e2e_close_desktop() {
-    local window
+    local window pid
     window=$(xdotool search --name "^$1 - Wine desktop\$" 2>/dev/null | head -n 1)
     [ -n "$window" ] && xdotool windowclose "$window" 2>/dev/null
     sleep 0.5
+    for pid in $(pgrep -f 'Tavirel\.exe'); do
+        grep -qa explorer "/proc/$pid/cmdline" 2>/dev/null || kill -9 "$pid" 2>/dev/null
+    done
 }
 
 # The game's helpers below act on the desktop $name and keep screenshots in $shots; the game folder is
@@ -172,4 +177,55 @@ open_first_saved_game() {
     sleep 0.2
     xdotool click --repeat 2 --delay 80 1
     wait_gone CWNDFILE
+}
+
+# smallest_game WHICH: a new puzzle of the first picture at the smallest size with the fewest pieces,
+# which is 2 x 2, laid out on the table.
+smallest_game() {
+    local left top board rows cols
+    open_new_puzzle "$1"
+    sleep 0.5
+    read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
+    click $((left + 160)) $((top + 151))
+    click $((left + 292)) $((top + 26))   # the size tab
+    sleep 0.8
+    slide_to_end $((left + 375)) $((top + 205))
+    [ -n "${shots:-}" ] && shot "smallest-size-$1"
+    click $((left + 418)) $((top + 26))   # a new size starts from the most pieces: back to the fewest
+    sleep 0.8
+    slide_to_end $((left + 375)) $((top + 205))
+    click $((left + 271)) $((top + 260))
+    board=$(probe wait-board 90)
+    echo "$board"
+    read -r _ rows cols <<<"$board"
+    [ "$rows" = 2 ] && [ "$cols" = 2 ] || e2e_fail "the smallest size did not give 2 x 2 pieces: $board"
+}
+
+# finish_by_drops: every piece dragged beside the ones laid before, in the empty upper half of the table,
+# until the completion clip shows. The clip lasts three seconds; a watcher started first sees it however
+# slow the drags are. Returns 1 when the clip never showed.
+finish_by_drops() {
+    local plan moved px py rx ry anchor=-1 watcher found=1
+    probe wait CWNDVIDEO 240 >clip-watch.txt &
+    watcher=$!
+    for _ in $(seq 1 12); do
+        plan=$(probe plan-place "$anchor" 300 150)
+        grep -q DONE <<<"$plan" && break
+        read -r _ moved _ < <(grep PAIR <<<"$plan") || break
+        read -r _ px py < <(grep PRESS <<<"$plan")
+        read -r _ rx ry < <(grep RELEASE <<<"$plan")
+        echo "laying piece $moved beside $anchor"
+        drag "$px" "$py" "$rx" "$ry"
+        [ "$anchor" = -1 ] && anchor=$moved
+        grep -q FOUND clip-watch.txt && break
+    done
+    for _ in $(seq 1 150); do
+        grep -q FOUND clip-watch.txt && break
+        kill -0 "$watcher" 2>/dev/null || break
+        sleep 0.1
+    done
+    kill "$watcher" 2>/dev/null
+    wait "$watcher" 2>/dev/null
+    grep -q FOUND clip-watch.txt && found=0
+    return $found
 }

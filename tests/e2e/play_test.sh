@@ -77,46 +77,9 @@ sleep 0.5
 shot 07-assembled
 
 # Second game: the smallest size and the fewest pieces give 2 x 2, laid one by one in the empty upper half.
-open_new_puzzle second
-sleep 0.5
-read -r _ left top _ _ < <(probe rect CWNDNEW | grep RECT) || e2e_fail "no new-puzzle panel"
-click $((left + 160)) $((top + 151))
-click $((left + 292)) $((top + 26))   # the size tab
-sleep 0.8
-slide_to_end $((left + 375)) $((top + 205))
-shot 08-smallest-size
-click $((left + 418)) $((top + 26))   # a new size starts from the most pieces: back to the fewest
-sleep 0.8
-slide_to_end $((left + 375)) $((top + 205))
-click $((left + 271)) $((top + 260))
-board=$(probe wait-board 90)
-echo "$board"
-read -r _ rows cols <<<"$board"
-[ "$rows" = 2 ] && [ "$cols" = 2 ] || e2e_fail "the smallest size did not give 2 x 2 pieces: $board"
+smallest_game second
 shot 09-small-puzzle
-# The completion clip lasts three seconds; a watcher started now sees it however slow the drags are.
-probe wait CWNDVIDEO 240 >"$game/clip-watch.txt" &
-watcher=$!
-anchor=-1
-for _ in $(seq 1 12); do
-    plan=$(probe plan-place "$anchor" 300 150)
-    grep -q DONE <<<"$plan" && break
-    read -r _ moved _ < <(grep PAIR <<<"$plan") || break
-    read -r _ px py < <(grep PRESS <<<"$plan")
-    read -r _ rx ry < <(grep RELEASE <<<"$plan")
-    echo "laying piece $moved beside $anchor"
-    drag "$px" "$py" "$rx" "$ry"
-    [ "$anchor" = -1 ] && anchor=$moved
-    grep -q FOUND "$game/clip-watch.txt" && break
-done
-for _ in $(seq 1 150); do
-    grep -q FOUND "$game/clip-watch.txt" && break
-    kill -0 "$watcher" 2>/dev/null || break
-    sleep 0.1
-done
-kill "$watcher" 2>/dev/null
-wait "$watcher" 2>/dev/null
-grep -q FOUND "$game/clip-watch.txt" || e2e_fail "the completion clip did not start ($(probe pair 0 1 | tr '\n' ' '))"
+finish_by_drops || e2e_fail "the completion clip did not start ($(probe pair 0 1 | tr '\n' ' '))"
 shot 10-completion-clip
 e2e_close_desktop "$name"
 echo "screenshots in $shots"

@@ -27,6 +27,7 @@
 //   e2e_probe changed            prints "CHANGED: 0|1", whether the game changed since its cut, save or load
 //   e2e_probe client CLASS X Y   prints "AT x y": the desktop point of client point X, Y of that window
 //   e2e_probe text CLASS         prints "TEXT: <text>" of the visible EDIT inside that top-level window
+//   e2e_probe labels CLASS       prints "LABEL x y text" for every visible text label of that window
 #include <windows.h>
 
 #include <cstdio>
@@ -137,6 +138,24 @@ static int Child(const char* topClass, const char* idAndClass) {
     RECT r;
     if (!found || !GetWindowRect(found, &r)) return 1;
     std::printf("CENTRE: %ld %ld\n", (r.left + r.right) / 2, (r.top + r.bottom) / 2);
+    return 0;
+}
+
+static BOOL CALLBACK PrintLabel(HWND child, LPARAM) {
+    char name[64] = "", text[256] = "";
+    GetClassNameA(child, name, sizeof name);
+    RECT r;
+    if (std::strcmp(name, "CQMTXT") || !IsWindowVisible(child) || !GetWindowRect(child, &r)) return TRUE;
+    SendMessageA(child, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
+    std::printf("LABEL %ld %ld %s\n", r.left, r.top, text);
+    return TRUE;
+}
+
+// Every visible text label of the window, with its desktop place.
+static int Labels(const char* topClass) {
+    HWND top = VisibleTopLevel(topClass);
+    if (!top) return 1;
+    EnumChildWindows(top, PrintLabel, 0);
     return 0;
 }
 
@@ -458,6 +477,7 @@ int main(int argc, char** argv) {
         return table ? 0 : 1;
     }
     if (verb == "text" && argc >= 3) return EditText(argv[2]);
+    if (verb == "labels" && argc >= 3) return Labels(argv[2]);
     if (verb == "client" && argc >= 5) return ClientPoint(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
     if (verb == "screen") {
         HDC screen = GetDC(nullptr);
@@ -467,6 +487,6 @@ int main(int argc, char** argv) {
         return 0;
     }
     std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|wait-child|rect|child|slider|screen|wait-board|"
-                         "plan-join|plan-loose|pair|plan-place|state|changed|text ...\n");
+                         "plan-join|plan-loose|pair|plan-place|state|changed|text|labels ...\n");
     return 2;
 }

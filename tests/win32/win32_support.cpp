@@ -226,3 +226,14 @@ void FlushMessages() {
         DispatchMessageA(&msg);
     }
 }
+
+static LRESULT CALLBACK RefuseActivation(int code, WPARAM wParam, LPARAM lParam) {
+    if (code == HCBT_ACTIVATE) return 1;
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+NoActivation::NoActivation() : hook(SetWindowsHookExA(WH_CBT, RefuseActivation, nullptr, GetCurrentThreadId())) {}
+
+NoActivation::~NoActivation() {
+    if (hook) UnhookWindowsHookEx(hook);
+}

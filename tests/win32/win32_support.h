@@ -69,5 +69,17 @@ struct TestWindow {
     TestWindow& operator=(const TestWindow&) = delete;
 };
 int ErasesSeen(HWND hwnd);
+// Under Wine without a window manager a window that was activated, or shown as an active window,
+// costs two seconds when it is destroyed. While one of these lives, no window of this thread is
+// activated: tests that build screens hidden (their classes do all the work while they are created)
+// refuse the foreground their closing would bring to an owner.
+struct NoActivation {
+    HHOOK hook;
+    NoActivation();
+    ~NoActivation();
+    NoActivation(const NoActivation&) = delete;
+    NoActivation& operator=(const NoActivation&) = delete;
+};
+
 // Dispatches whatever is queued, without waiting.
 void FlushMessages();

@@ -314,26 +314,39 @@ void HonourPanel(cairo_t* cr, int w, int h) {
     // Heading band (the title picture sits above the panel on screen; inside, a cup emblem).
     DrawIcon(cr, kIconCup, w / 2.0 + 1, 34, 34, kBrassShine);
     DrawIcon(cr, kIconCup, w / 2.0, 33, 34, kBrassDark);
-    // Ten ruled rows at 63 + 30 i: rank at 30, name at 60, score at 420.
+    // Ten ruled rows at 63 + 30 i: rank at 30, name at 60, score at 420. The game writes them in light
+    // ivory with a dark shadow, so they lie on a sunken board of dark felt, as the message window's text.
+    const double bx = 22, by = 58, bw = w - 44, bh = 310;
+    cairo_surface_t* felt = MakeFelt(128, 128, Scale(kWalnutDark, 1.15), 0.2, 1592);
+    cairo_save(cr);
+    RoundedRect(cr, bx, by, bw, bh, 5);
+    cairo_translate(cr, bx, by);
+    FillWithTexture(cr, felt);
+    cairo_restore(cr);
+    cairo_surface_destroy(felt);
     for (int i = 0; i < 10; ++i) {
         double y = 63 + 30 * i;
         if (i % 2 == 0) {
-            cairo_rectangle(cr, 24, y, w - 48, 30);
-            SetColor(cr, kParchmentDark, 0.22);
+            cairo_rectangle(cr, bx + 2, y, bw - 4, 30);
+            SetColor(cr, kWalnutLight, 0.12);
             cairo_fill(cr);
         }
-        cairo_move_to(cr, 24, y + 29.5);
-        cairo_line_to(cr, w - 24, y + 29.5);
-        SetColor(cr, kBrassDark, 0.35);
-        cairo_set_line_width(cr, 1);
-        cairo_stroke(cr);
+        if (i < 9) {
+            cairo_move_to(cr, bx + 2, y + 29.5);
+            cairo_line_to(cr, bx + bw - 2, y + 29.5);
+            SetColor(cr, kBrass, 0.3);
+            cairo_set_line_width(cr, 1);
+            cairo_stroke(cr);
+        }
     }
-    cairo_move_to(cr, 55.5, 63);
-    cairo_line_to(cr, 55.5, 363);
+    cairo_move_to(cr, 57.5, 63);
+    cairo_line_to(cr, 57.5, 363);
     cairo_move_to(cr, 410.5, 63);
     cairo_line_to(cr, 410.5, 363);
-    SetColor(cr, kBrassDark, 0.4);
+    SetColor(cr, kBrass, 0.35);
     cairo_stroke(cr);
+    DrawBevel(cr, bx, by, bw, bh, 5, 2.5, false);
+    DrawInlay(cr, bx - 3, by - 3, bw + 6, bh + 6, 7);
     // The lower part holds the wipe and close buttons on screen; a laurel rule decorates it.
     cairo_move_to(cr, 120, 400);
     cairo_line_to(cr, w - 120, 400);
@@ -379,7 +392,7 @@ void PictureFrame(cairo_t* cr, int w, int h) {
     cairo_set_line_width(cr, 1.5);
     cairo_stroke(cr);
     // The picture's well: 550 x 388 centred across, below the title, framed by a moulding.
-    double px = (w - 550) / 2.0, py = 92, pw = 550, ph = 388;
+    double px = (w - 550) / 2.0, py = (h - 388) / 2.0, pw = 550, ph = 388;
     DrawShadow(cr, px - 14, py - 14, pw + 28, ph + 28, 2, 6, 0.35);
     DrawFrameMoulding(cr, px, py, pw, ph, 14, 2612);
     cairo_rectangle(cr, px, py, pw, ph);
@@ -392,7 +405,7 @@ void PictureFrame(cairo_t* cr, int w, int h) {
         SetColor(cr, kWalnutDark, 0.3);
         cairo_fill(cr);
     }
-    Wordmark(cr, 60, 500, 300, 40, kInkSoft, kTextPlain);
+    Wordmark(cr, 60, 514, 300, 40, kInkSoft, kTextPlain);
 }
 
 void NewPuzzlePanel(cairo_t* cr, int w, int h, const std::string& title, bool browser) {
