@@ -18,6 +18,7 @@
 #include "extras/music_win32.h"
 #include "gfx/bmp_reader.h"
 #include "gfx/dib.h"
+#include "gfx/thumbnail_frame_win32.h"
 #include "gfx/file_list.h"
 #include "gfx/image_object_win32.h"
 #include "puzzle/picture.h"
@@ -357,41 +358,18 @@ LRESULT CALLBACK GalleryProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 
 // ==== The picture buttons ====
 
-struct ThumbnailPlace {
-    int32_t x, y, width, height;
-};
-
-ThumbnailPlace PlaceOf(const PictureButtonState* b) {
-    const DibHeader* h = DibHeaderOf(b->thumbnail);
-    return ThumbnailPlace{(kGalleryWellSide - h->biWidth) / 2, (kGalleryWellSide - h->biHeight) / 2, h->biWidth,
-                          h->biHeight};
-}
-
-// A closed frame one pixel outside the thumbnail. A 2-pixel pen covers the pixel before its line as
-// well, so the right and bottom lines stand one further out: the band is two pixels on every side.
-void PaintHoverFrame(HDC dc, const ThumbnailPlace& at) {
-    HPEN pen = CreatePen(PS_SOLID, kHoverFrameWidth, kSelectedTextColor);
-    if (!pen) return;
-    HGDIOBJ old = SelectObject(dc, pen);
-    int32_t left = at.x - 1, top = at.y - 1, right = at.x + at.width + 1, bottom = at.y + at.height + 1;
-    POINT corners[5] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}};
-    Polyline(dc, corners, 5);
-    SelectObject(dc, old);
-    DeleteObject(pen);
-}
-
 void PictureButton_Paint(const PictureButtonState* b, HDC dc, const RECT& area) {
     int saved = SaveDC(dc);
     ThumbnailPlace at = {};
     if (b->thumbnail) {
-        at = PlaceOf(b);
+        at = CentredThumbnail(b->thumbnail, kGalleryWellSide, kGalleryWellSide);
         ExcludeClipRect(dc, at.x, at.y, at.x + at.width, at.y + at.height);
     }
     if (b->gallery) PaintFromBackdrop(dc, area, &b->gallery->backdrop, b->gallery->hasBackdrop, b->origin);
     RestoreDC(dc, saved);
     if (!b->thumbnail) return;
     DrawPackedDib(dc, at.x, at.y, at.width, at.height, b->thumbnail, 0, 0);
-    if (b->hover) PaintHoverFrame(dc, at);
+    if (b->hover) PaintThumbnailFrame(dc, at, kHoverFrameWidth, kSelectedTextColor);
 }
 
 void PictureButton_OnPaint(PictureButtonState* b) {

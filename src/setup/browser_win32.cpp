@@ -19,6 +19,7 @@
 #include "controls/controls_win32.h"
 #include "extras/bars_win32.h"
 #include "gfx/dib.h"
+#include "gfx/thumbnail_frame_win32.h"
 #include "gfx/file_list.h"
 #include "gfx/image_object_win32.h"
 #include "puzzle/board_window_win32.h"
@@ -582,36 +583,11 @@ LRESULT CALLBACK BrowserProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 
 // ---- Thumbnail slots ----
 
-struct ThumbnailPlace {
-    int32_t x, y, width, height;
-};
-
-// The thumbnail at its own size, centred in the slot (halves truncated toward zero).
-ThumbnailPlace PlaceOf(const SlotState* slot) {
-    const DibHeader* h = DibHeaderOf(slot->preview);
-    return ThumbnailPlace{(kBrowserSlotWidth - h->biWidth) / 2, (kBrowserSlotHeight - h->biHeight) / 2, h->biWidth,
-                          h->biHeight};
-}
-
-// A closed frame one pixel outside the thumbnail, 2 pixels wide, in the texts' colour. A 2-pixel pen
-// covers the pixel before its line as well, so the right and bottom lines stand one further out and the
-// band is two pixels on every side, never over the thumbnail.
-void PaintFrame(HDC dc, const ThumbnailPlace& at) {
-    HPEN pen = CreatePen(PS_SOLID, 2, kCommonTextColor);
-    if (!pen) return;
-    HGDIOBJ old = SelectObject(dc, pen);
-    int32_t left = at.x - 1, top = at.y - 1, right = at.x + at.width + 1, bottom = at.y + at.height + 1;
-    POINT corners[5] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}};
-    Polyline(dc, corners, 5);
-    SelectObject(dc, old);
-    DeleteObject(pen);
-}
-
 void Slot_Paint(SlotState* slot, HDC dc, const RECT& area) {
     int saved = SaveDC(dc);
     ThumbnailPlace at = {};
     if (slot->preview) {
-        at = PlaceOf(slot);
+        at = CentredThumbnail(slot->preview, kBrowserSlotWidth, kBrowserSlotHeight);
         ExcludeClipRect(dc, at.x, at.y, at.x + at.width, at.y + at.height);
     }
     PaintBackdropPart(dc, area, slot->origin, slot->backdrop);
@@ -620,7 +596,7 @@ void Slot_Paint(SlotState* slot, HDC dc, const RECT& area) {
     const uint8_t* preview = slot->preview;
     SetDIBitsToDevice(dc, at.x, at.y, at.width, at.height, 0, 0, 0, at.height, DibPixels(preview),
                       reinterpret_cast<const BITMAPINFO*>(preview), DIB_RGB_COLORS);
-    if (slot->pressed || slot->selected) PaintFrame(dc, at);
+    if (slot->pressed || slot->selected) PaintThumbnailFrame(dc, at, 2, kCommonTextColor);
 }
 
 void Slot_OnPaint(SlotState* slot) {
