@@ -90,6 +90,33 @@ constexpr unsigned PM_SCR_SETREPEATDELAY = 1353;
 constexpr unsigned PM_SCR_GETREPEATPERIOD = 1354;
 constexpr unsigned PM_SCR_SETREPEATPERIOD = 1355;
 
+// `CQMSLIDE`. Its own numbering throughout: the range pairs run the other way round from `CQMSROLL`'s
+// (maximum first), and the callers count on it.
+constexpr unsigned PM_SLD_GETENABLE = 1324;
+constexpr unsigned PM_SLD_SETENABLE = 1325;
+constexpr unsigned PM_SLD_GETBACKGROUND = 1326;
+constexpr unsigned PM_SLD_SETBACKGROUND = 1327;  // lParam: a packed DIB; result 0 when refused
+constexpr unsigned PM_SLD_GETTHUMB = 1334;
+constexpr unsigned PM_SLD_SETTHUMB = 1335;       // lParam: a packed DIB, a grid of thumb frames; 0 clears
+constexpr unsigned PM_SLD_GETTHUMBFRAME = 1336;  // the frame of the thumb grid drawn, row by row
+constexpr unsigned PM_SLD_SETTHUMBFRAME = 1337;
+constexpr unsigned PM_SLD_GETTHUMBROWS = 1338;   // rows of the thumb grid
+constexpr unsigned PM_SLD_SETTHUMBROWS = 1339;
+constexpr unsigned PM_SLD_GETTHUMBCOLUMNS = 1340;  // columns of the thumb grid
+constexpr unsigned PM_SLD_SETTHUMBCOLUMNS = 1341;
+constexpr unsigned PM_SLD_GETMAXIMUM = 1342;
+constexpr unsigned PM_SLD_SETMAXIMUM = 1343;
+constexpr unsigned PM_SLD_GETMINIMUM = 1344;
+constexpr unsigned PM_SLD_SETMINIMUM = 1345;
+constexpr unsigned PM_SLD_GETVALUE = 1346;
+constexpr unsigned PM_SLD_SETVALUE = 1347;
+constexpr unsigned PM_SLD_GETSTEP = 1348;
+constexpr unsigned PM_SLD_SETSTEP = 1349;
+constexpr unsigned PM_SLD_GETLINESTART = 1350;  // x in the low, y in the high 16 bits, both signed
+constexpr unsigned PM_SLD_SETLINESTART = 1351;  // keeps the line end where it was
+constexpr unsigned PM_SLD_GETLINEEND = 1352;
+constexpr unsigned PM_SLD_SETLINEEND = 1353;
+
 enum NotifyEvent {
     NOTIFY_PRESSED = 0,
     NOTIFY_RELEASED = 1,

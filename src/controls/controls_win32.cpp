@@ -6,6 +6,7 @@
 #include "controls/command_button_win32.h"
 #include "controls/control_messages.h"
 #include "controls/scroll_control_win32.h"
+#include "controls/slider_win32.h"
 #include "controls/text_label_win32.h"
 #include "gfx/dib.h"
 
@@ -23,6 +24,7 @@ bool RegisterControlClasses(HINSTANCE instance) {
     bool ok = RegisterControlClass(instance, "CQMCOMMAND", CommandButtonProc, 0);
     ok = RegisterControlClass(instance, "CQMBOXSCOMMAND", CommandButtonProc, 0) && ok;
     ok = RegisterControlClass(instance, "CQMCHECK", CheckBoxProc, 0) && ok;
+    ok = RegisterControlClass(instance, "CQMSLIDE", SliderProc, 0) && ok;
     ok = RegisterControlClass(instance, "CQMSROLL", ScrollControlProc, 0) && ok;
     // The animation keeps one DC for its life: its FrameSprite draws straight onto it.
     ok = RegisterControlClass(instance, "CQMANIM", AnimationProc, CS_OWNDC) && ok;

@@ -5,7 +5,8 @@
 
 #include <cstdint>
 
-// Registers `CQMCOMMAND`, `CQMBOXSCOMMAND`, `CQMCHECK`, `CQMSROLL`, `CQMANIM` and `CQMTXT`, in that order.
+// Registers `CQMCOMMAND`, `CQMBOXSCOMMAND`, `CQMCHECK`, `CQMSLIDE`, `CQMSROLL`, `CQMANIM` and `CQMTXT`, in
+// that order.
 // True when every class is registered (a class already registered by this module counts).
 bool RegisterControlClasses(HINSTANCE instance);
 
