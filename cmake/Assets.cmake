@@ -2,8 +2,8 @@
 #
 # The build-time tools (tools/) are always compiled natively and optimised as a project of their own,
 # so that the MinGW builds can run them too: the Windows builds make the sounds, cursors and icon
-# that tavirel.rc takes in, and the clips for the Wine media test; the native build makes everything
-# else and lays out the game folder.
+# that tavirel.rc takes in, and the clips and music for the Wine media tests; the native build makes
+# everything else and lays out the game folder.
 include(ExternalProject)
 
 set(TAVIREL_HOST_TOOLS ${CMAKE_BINARY_DIR}/host-tools)
@@ -61,11 +61,22 @@ if(WIN32)
       DEPENDS ${TAVIREL_MEDIAGEN}
       COMMENT "Making the video clips")
     add_custom_target(tavirel_test_clips DEPENDS ${TAVIREL_CLIPS})
+    # The music test plays the game's four pieces through MCI's waveaudio device.
+    set(TAVIREL_MUSIC_DIR ${CMAKE_BINARY_DIR}/media/Music)
+    set(TAVIREL_MUSIC ${TAVIREL_MUSIC_DIR}/Track1.wav ${TAVIREL_MUSIC_DIR}/Track2.wav ${TAVIREL_MUSIC_DIR}/Track3.wav
+                      ${TAVIREL_MUSIC_DIR}/Track4.wav)
+    add_custom_command(OUTPUT ${TAVIREL_MUSIC}
+      COMMAND ${TAVIREL_MEDIAGEN} music ${TAVIREL_MUSIC_DIR}
+      DEPENDS ${TAVIREL_MEDIAGEN}
+      COMMENT "Composing the music")
+    add_custom_target(tavirel_test_music DEPENDS ${TAVIREL_MUSIC})
     target_sources(win32_tests PRIVATE ${CMAKE_SOURCE_DIR}/res/tavirel.rc)
-    add_dependencies(win32_tests tavirel_res_files tavirel_test_clips)
+    add_dependencies(win32_tests tavirel_res_files tavirel_test_clips tavirel_test_music)
     # Wine sees the build folder through drive Z:.
     string(REPLACE "/" "\\\\" TAVIREL_CLIP_DIR_WINDOWS "Z:${TAVIREL_CLIP_DIR}")
-    target_compile_definitions(win32_tests PRIVATE "TAVIREL_CLIP_DIR=\"${TAVIREL_CLIP_DIR_WINDOWS}\"")
+    string(REPLACE "/" "\\\\" TAVIREL_MUSIC_DIR_WINDOWS "Z:${TAVIREL_MUSIC_DIR}")
+    target_compile_definitions(win32_tests PRIVATE "TAVIREL_CLIP_DIR=\"${TAVIREL_CLIP_DIR_WINDOWS}\""
+                               "TAVIREL_MUSIC_DIR=\"${TAVIREL_MUSIC_DIR_WINDOWS}\"")
     target_link_libraries(win32_tests PRIVATE winmm)
   endif()
   return()
@@ -99,6 +110,13 @@ add_custom_command(OUTPUT ${TAVIREL_DIST_DIR}/Video/2.avi ${TAVIREL_DIST_DIR}/Vi
   DEPENDS ${TAVIREL_MEDIAGEN}
   COMMENT "Making the video clips")
 
+add_custom_command(OUTPUT ${TAVIREL_DIST_DIR}/Music/Track1.wav ${TAVIREL_DIST_DIR}/Music/Track2.wav
+                          ${TAVIREL_DIST_DIR}/Music/Track3.wav ${TAVIREL_DIST_DIR}/Music/Track4.wav
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${TAVIREL_DIST_DIR}
+  COMMAND ${TAVIREL_MEDIAGEN} music ${TAVIREL_DIST_DIR}/Music
+  DEPENDS ${TAVIREL_MEDIAGEN}
+  COMMENT "Composing the music")
+
 # The photographs' stamp is the credits file; an absent photograph package gives drawn pictures.
 add_custom_command(OUTPUT ${TAVIREL_DIST_DIR}/Credits-pictures.txt
   COMMAND ${CMAKE_COMMAND} -E rm -rf ${TAVIREL_DIST_DIR}/Image
@@ -118,11 +136,12 @@ add_custom_command(OUTPUT ${TAVIREL_DIST_DIR}/Help/1/Index.htm ${TAVIREL_DIST_DI
   COMMENT "Copying the help pages and credits")
 
 add_custom_target(tavirel_assets ALL DEPENDS
-  ${TAVIREL_DIST_DIR}/Tavirel.rf ${TAVIREL_DIST_DIR}/Video/2.avi ${TAVIREL_DIST_DIR}/Credits-pictures.txt
+  ${TAVIREL_DIST_DIR}/Tavirel.rf ${TAVIREL_DIST_DIR}/Video/2.avi ${TAVIREL_DIST_DIR}/Music/Track1.wav
+  ${TAVIREL_DIST_DIR}/Credits-pictures.txt
   ${TAVIREL_DIST_DIR}/Help/1/Index.htm ${TAVIREL_ART_DIR}/contact.png)
 
 if(TAVIREL_TESTS)
-  # The pack-content and cut-pattern tests read what tavirel_assets made.
+  # The pack-content, cut-pattern and music tests read what tavirel_assets made.
   file(GLOB TAVIREL_ASSET_TESTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/assets/*.cpp)
   add_executable(assets_tests ${TAVIREL_ASSET_TESTS} ${CMAKE_SOURCE_DIR}/tools/artgen/art_table.cpp
                  ${CMAKE_SOURCE_DIR}/tools/patcheck/pattern_rules.cpp
@@ -134,7 +153,8 @@ if(TAVIREL_TESTS)
     TAVIREL_DIST_DIR="${TAVIREL_DIST_DIR}"
     TAVIREL_ART_DIR="${TAVIREL_ART_DIR}"
     TAVIREL_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
-    TAVIREL_PATCHECK="${TAVIREL_HOST_TOOLS}/patcheck")
+    TAVIREL_PATCHECK="${TAVIREL_HOST_TOOLS}/patcheck"
+    TAVIREL_MEDIAGEN="${TAVIREL_MEDIAGEN}")
   gtest_discover_tests(assets_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        PROPERTIES LABELS assets TIMEOUT 120)
 endif()

@@ -2,7 +2,7 @@
 # Stages the game and makes the Windows setup with makensis (used by `make dist` and the installer test).
 #   build-setup.sh --version X.Y.Z --game DIR --bin32 DIR --bin64 DIR --icon FILE --stage DIR --out FILE
 #                  [--amd64] [--compressor zlib|lzma]
-# game: the game folder as it runs (pack, Image\, Video\, Help\, folder\, credits); any Tavirel.exe,
+# game: the game folder as it runs (pack, Image\, Video\, Music\, Help\, folder\, credits); any Tavirel.exe,
 # about.exe or player files in it are left out. bin32/bin64: the folders holding each build's Tavirel.exe
 # and about.exe. The file lists the uninstaller removes are made here from the same staged folder as the
 # setup's contents, so the two cannot drift apart.

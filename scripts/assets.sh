@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the ready-to-run game folder build/dist/Tavirel/: Tavirel.exe (32-bit, as shipped), the
-# resource pack Tavirel.rf, Image\ with the default photographs and their captions, Video\, Help\,
-# an empty folder\ for saved puzzles, and the credits. The contact sheet of the pack is written to
+# resource pack Tavirel.rf, Image\ with the default photographs and their captions, Video\, Music\,
+# Help\, an empty folder\ for saved puzzles, and the credits. The contact sheet of the pack is written to
 # build/assets-native/art/contact.png for review.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -10,7 +10,7 @@ bash scripts/install-deps.sh
 jobs=$(nproc 2>/dev/null || echo 2)
 dist="$root/build/dist/Tavirel"
 
-echo "== artwork, photographs, clips and help pages"
+echo "== artwork, photographs, clips, music and help pages"
 cmake -S . -B build/assets-native -G Ninja -DCMAKE_BUILD_TYPE=Release -DTAVIREL_TESTS=OFF \
     -DTAVIREL_DIST_DIR="$dist" >/dev/null
 cmake --build build/assets-native -j "$jobs" --target tavirel_assets

@@ -33,7 +33,7 @@ build() {  # tree, targets, cmake arguments...
 }
 
 echo "Making Tavirel Puzzle $version for Windows"
-echo "== the game folder: artwork, photographs, clips and help pages"
+echo "== the game folder: artwork, photographs, clips, music and help pages"
 build assets-native tavirel_assets -DTAVIREL_DIST_DIR="$game"
 echo "== the 32-bit game"
 build assets-win32 "Tavirel about" -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake

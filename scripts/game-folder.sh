@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the game folder that `make run` plays and `make install` copies, build/run/Tavirel/: the artwork,
-# pictures, clips and help of the ready-to-run folder with a 64-bit build of Tavirel.exe and about.exe
+# pictures, clips, music and help of the ready-to-run folder with a 64-bit build of Tavirel.exe and about.exe
 # (only 64-bit Wine can be had here). Saved games, records and the resume file already in it are kept.
 # The game's icon is left at build/run64/res/tavirel.ico.
 set -euo pipefail

@@ -26,6 +26,8 @@
     X(kArtMainFrameAcross, 332, 1)         /* walnut round the table, grain left to right, tiled */    \
     X(kArtMainFrameUpright, 333, 1)        /* the same wood with the grain running down, tiled */      \
     X(kArtGatherEdgesButton, 340, 1)       /* animated, eleven frames: ten as the others, then dimmed */ \
+    X(kArtLanguageButton, 341, 1)          /* options panel, ours: opens the language chooser */         \
+    X(kArtClothButton, 342, 1)             /* options panel, ours: opens the cloth chooser */            \
     /* Tool bar (left) and options bar (bottom) with their slide-out panels */                          \
     X(kArtToolsBarTile, 104, 1)                                                                         \
     X(kArtOptionsBarTile, 105, 1)                                                                       \
@@ -106,6 +108,7 @@
     X(kArtWaveIndicator, 504, 1)                                                                        \
     X(kArtDiscIndicator, 505, 1)                                                                        \
     X(kArtVolumeThumb, 507, 1)             /* thumb of both volume sliders */                           \
+    X(kArtTrackButton, 510, 4)             /* tracks 1..4: ten glow frames, then the playing look */     \
     /* Video window, kind 0 */                                                                          \
     X(kArtVideoFrame, 166, 1)                                                                           \
     X(kArtVideoCloseButton, 163, 1)                                                                     \

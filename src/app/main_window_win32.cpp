@@ -7,6 +7,8 @@
 #include "app/app_win32.h"
 #include "app/art_ids.h"
 #include "app/main_frame.h"
+#include "app/preferences.h"
+#include "app/preferences_win32.h"
 #include "app/resume_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
@@ -14,6 +16,7 @@
 #include "extras/honour_win32.h"
 #include "extras/info_win32.h"
 #include "extras/music_win32.h"
+#include "extras/music_window_win32.h"
 #include "puzzle/board_window_win32.h"
 #include "puzzle/compose.h"
 #include "puzzle/gather.h"
@@ -61,10 +64,24 @@ static HBRUSH MakeWoodBrush(uint32_t id) {
     return brush ? brush : CreateSolidBrush(kFrameFallbackColor);
 }
 
+void ChangeTableCloth(int32_t index) {
+    if (index < 0 || index >= kClothCount) return;
+    ImageObject cloth;
+    ImageObject_Init(&cloth, false);
+    if (!ImageObject_LoadFromPack(&cloth, kArtCloth + uint32_t(index))) return;
+    // Both views copy the cloth they are given, so the old picture can go once they hold the new one.
+    SetTableTexture(&g_puzzle, ImageObject_Dib(&cloth));
+    SetChooserTableTexture(ImageObject_Dib(&cloth));
+    ImageObject_Destroy(&g_tableCloth);
+    g_tableCloth = cloth;
+    g_tableBackground = index;
+    RememberCloth(index);
+}
+
 static LRESULT Main_OnCreate(HWND window) {
     HINSTANCE instance = GetModuleHandleA(nullptr);
     g_mainWindow = window;
-    g_tableBackground = 0;
+    g_tableBackground = g_rememberedCloth;
     g_frameWood[kGrainAcross] = MakeWoodBrush(kArtMainFrameAcross);
     g_frameWood[kGrainUpright] = MakeWoodBrush(kArtMainFrameUpright);
     ImageObject_Init(&g_tableCloth, false);
@@ -89,6 +106,7 @@ static LRESULT Main_OnCreate(HWND window) {
     };
     g_barActions.gatherEdges = GatherEdgesIntoABox;
     g_barActions.openHonourRoll = [] { OpenHonourWindow(); };
+    g_barActions.openMusic = [] { OpenMusicWindow(); };
 
     g_sideButtonImages = new (std::nothrow) ImageObject[kSideButtonCount];
     if (!g_sideButtonImages) return -1;
@@ -251,7 +269,7 @@ static LRESULT CALLBACK Main_WindowProc(HWND window, UINT message, WPARAM wParam
         if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
         return 0;
     case PM_NOTIFY: Main_OnNotify(wParam, reinterpret_cast<HWND>(lParam)); return 0;
-    case MM_MCINOTIFY: OnMusicNotify(wParam); return 0;
+    case MM_MCINOTIFY: OnMusicNotify(wParam, lParam); return 0;
     }
     return DefWindowProcA(window, message, wParam, lParam);
 }

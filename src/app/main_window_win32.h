@@ -13,6 +13,9 @@ constexpr int kFirstSideButtonId = 100;
 extern HWND g_sideButtons[kSideButtonCount];
 extern HWND g_infoButton;
 extern int32_t g_tableBackground;  // 0..9: the cloth is pack id 6000 + this
+// Dresses the table (and the size chooser's sample) in cloth 0..9 at once and remembers it for the next
+// start. Nothing changes when the index is out of range or the picture cannot be loaded.
+void ChangeTableCloth(int32_t index);
 
 // Where side button i stands: half of it off the right edge.
 POINT SideButtonPosition(int i);

@@ -9,11 +9,13 @@
 #include "app/message_window_win32.h"
 #include "app/title_window_win32.h"
 #include "extras/bars_win32.h"
+#include "extras/music_window_win32.h"
 #include "extras/video_win32.h"
 #include "puzzle/board_window_win32.h"
 #include "puzzle/history.h"
 #include "puzzle/model.h"
 #include "setup/browser_win32.h"
+#include "setup/cloth_chooser_win32.h"
 #include "setup/new_puzzle_win32.h"
 #include "setup/piece_box_win32.h"
 
@@ -59,7 +61,8 @@ ShortcutSituation CurrentShortcutSituation() {
     s.dragging = g_puzzle.dragMode != 0;
     s.playing = g_mainWindow && IsWindowVisible(g_mainWindow) && !IsIconic(g_mainWindow) &&
                 ViewWindow(kTableView) && !ScreenShown(kNewPuzzleClass) && !ScreenShown(kBrowserClass) &&
-                !ScreenShown(kVideoClass) && !ScreenShown(kLanguageChooserClass);
+                !ScreenShown(kVideoClass) && !ScreenShown(kLanguageChooserClass) &&
+                !ScreenShown(kClothChooserClass) && !ScreenShown(kMusicWindowClass);
     return s;
 }
 

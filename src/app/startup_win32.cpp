@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "app/app_win32.h"
+#include "app/preferences_win32.h"
 #include "app/settings.h"
 #include "app/art_ids.h"
 #include "app/display_check.h"
@@ -12,6 +13,7 @@
 #include "app/message_loop_win32.h"
 #include "app/message_window_win32.h"
 #include "app/resume_win32.h"
+#include "app/shortcuts_win32.h"
 #include "app/strings_win32.h"
 #include "app/title_window_win32.h"
 #include "controls/control_messages.h"
@@ -20,6 +22,7 @@
 #include "extras/completion_win32.h"
 #include "extras/honour_win32.h"
 #include "extras/info_win32.h"
+#include "extras/music_window_win32.h"
 #include "extras/printing_win32.h"
 #include "extras/video_win32.h"
 #include "gfx/pack.h"
@@ -27,6 +30,7 @@
 #include "setup/chooser_classes_win32.h"
 #include "setup/new_puzzle_win32.h"
 #include "setup/browser_win32.h"
+#include "setup/cloth_chooser_win32.h"
 #include "setup/piece_box_win32.h"
 #include "setup/picture_window_win32.h"
 #include "puzzle/model.h"
@@ -64,6 +68,7 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterControlClasses(instance);
     RegisterLanguageChooserClass(instance);
     RegisterMainWindowClass(instance);
+    RegisterMusicWindowClass(instance);
     RegisterBoardClass(instance);
     RegisterChooserAndPreviewClasses(instance);
     RegisterNewPuzzleClasses(instance);
@@ -74,6 +79,7 @@ void RegisterWindowClasses(HINSTANCE instance) {
     RegisterBrowserClasses(instance);
     RegisterVideoClass(instance);
     RegisterPictureWindowClass(instance);
+    RegisterClothChooserClass(instance);
     RegisterHonourClass(instance);
     RegisterInfoClasses(instance);
     RegisterPrintWaitClass(instance);
@@ -104,6 +110,11 @@ static void OpenSavedPuzzles(uint8_t mode) {
     if (OpenSavedPuzzleBrowser(mode)) g_puzzle.paused = 1;
 }
 
+// The cloth chooser over the main window; asking again while it is open does nothing.
+static void OpenClothChooserOverMainWindow() {
+    if (!CurrentClothChooser()) OpenClothChooser(g_mainWindow);
+}
+
 static void OpeningFinished() {
     if (g_mainWindow) return;
     CreateMainWindow();
@@ -111,7 +122,10 @@ static void OpeningFinished() {
 }
 
 int RunTavirel(HINSTANCE instance) {
-    g_language = kEnglish;  // every run starts in English; the choice is never read back
+    // The folder first: the remembered language (English when none) speaks even the start-up notices.
+    int length = int(GetModuleFileNameA(instance, g_appFolder, kPathCapacity));
+    FolderOfModulePath(g_appFolder, length);
+    LoadPreferences();
     g_screenWidth = GetSystemMetrics(SM_CXSCREEN);
     g_screenHeight = GetSystemMetrics(SM_CYSCREEN);
     HDC screen = GetDC(nullptr);
@@ -127,8 +141,6 @@ int RunTavirel(HINSTANCE instance) {
     g_hoverSound = LockWave(instance, kResHoverSound);
     g_clickSound = LockWave(instance, kResClickSound);
 
-    int length = int(GetModuleFileNameA(instance, g_appFolder, kPathCapacity));
-    FolderOfModulePath(g_appFolder, length);
     WritePrivateProfileStringA(kSettingsSection, "AppPath", g_appFolder, SettingsFilePath());
 
     RegisterWindowClasses(instance);
@@ -146,6 +158,7 @@ int RunTavirel(HINSTANCE instance) {
     g_openNewPuzzleScreen = CloseGameAndOpenNewPuzzle;
     g_startNewGame = StartGameWithShape;
     g_openSavedPuzzles = OpenSavedPuzzles;
+    g_openClothChooser = OpenClothChooserOverMainWindow;
     g_videoMode = VIDEO_OPENING;
     OpenVideo(VIDEO_OPENING);
     int code = RunMessageLoop();

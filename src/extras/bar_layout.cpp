@@ -29,6 +29,12 @@ int32_t GatherButtonY(int32_t screenHeight) {
 
 int32_t OptionsButtonX(int32_t screenWidth, int k) { return k * screenWidth / 4 - 35; }
 
+int32_t OptionsExtraButtonX(int32_t screenWidth, int k) {
+    if (k == kOptionsButtonCount + 1) return OptionsButtonX(screenWidth, 1) / 2 - kPanelButtonSize / 2;
+    const int32_t gapStart = OptionsButtonX(screenWidth, kOptionsButtonCount) + kPanelButtonSize;
+    return (gapStart + screenWidth) / 2 - kPanelButtonSize / 2;
+}
+
 int32_t ToolsLabelY(int32_t screenHeight) { return (screenHeight - 140) / 2 - kBarsTop; }
 
 int32_t OptionsLabelX(int32_t screenWidth) { return (screenWidth - 104) / 2; }

@@ -40,6 +40,9 @@ int32_t ToolsButtonY(int32_t screenHeight, int k);
 int32_t GatherButtonY(int32_t screenHeight);
 // Left of options button k = 1..3 in the panel: k * width / 4 - 35, the product divided (y is 27).
 int32_t OptionsButtonX(int32_t screenWidth, int k);
+// Our two buttons beyond the three: k = 4 (the cloth) centred in the free space left of the first,
+// k = 5 (the language) centred in the free space right of the third.
+int32_t OptionsExtraButtonX(int32_t screenWidth, int k);
 
 // The tools label is centred on the screen's height, (height - 140) / 2, given in the bar's own
 // coordinates; the options label is centred on the width, (width - 104) / 2, at the bar's top.

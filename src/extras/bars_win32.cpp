@@ -6,6 +6,7 @@
 #include "app/art_ids.h"
 #include "app/language_chooser_win32.h"
 #include "app/launchers_win32.h"
+#include "app/shortcuts_win32.h"
 #include "controls/animated_button_win32.h"
 #include "controls/control_messages.h"
 #include "extras/bar_layout.h"
@@ -53,6 +54,12 @@ void RunQuit(HWND) {
     if (g_barActions.quit) g_barActions.quit();
 }
 
+void RunOpenClothChooser(HWND) {
+    if (g_openClothChooser) g_openClothChooser();
+}
+
+void RunOpenLanguageChooser(HWND) { OpenLanguageChooser(); }
+
 void RunGatherEdges(HWND) {
     if (g_barActions.gatherEdges) g_barActions.gatherEdges();
     RefreshGatherButton();
@@ -90,10 +97,10 @@ const PairStyle kOptionsStyle = {
     kArtOptionsBarTile, kArtOptionsBarLabel, kArtOptionsPanelTile,
     kOptionsBarTileWidth, kOptionsBarTileHeight,
     kOptionsPanelTileWidth, kOptionsPanelTileHeight,
+    kOptionsButtonCount + 2,
     kOptionsButtonCount,
-    kOptionsButtonCount,
-    {kArtHelpButton, kArtPreviewButton, kArtQuitButton, 0, 0},
-    {RunOpenHelp, RunToggleMagnifier, RunQuit, nullptr, nullptr},
+    {kArtHelpButton, kArtPreviewButton, kArtQuitButton, kArtClothButton, kArtLanguageButton},
+    {RunOpenHelp, RunToggleMagnifier, RunQuit, RunOpenClothChooser, RunOpenLanguageChooser},
     1,
 };
 
@@ -110,6 +117,7 @@ BarRect BarRectOf(const PairStyle& st) {
 POINT ButtonPlace(const PairStyle& st, int k) {
     if (st.vertical && k > st.fixedButtons) return POINT{0, GatherButtonY(g_screenHeight)};
     if (st.vertical) return POINT{0, ToolsButtonY(g_screenHeight, k)};
+    if (k > st.fixedButtons) return POINT{OptionsExtraButtonX(g_screenWidth, k), kOptionsButtonY};
     return POINT{OptionsButtonX(g_screenWidth, k), kOptionsButtonY};
 }
 

@@ -41,6 +41,8 @@ constexpr int kGatherEdgesButton = 4;
 // Indices among the options buttons.
 constexpr int kHelpButton = 0;
 constexpr int kMagnifierButton = 1;
+constexpr int kClothButton = 3;     // ours: opens the cloth chooser
+constexpr int kLanguageButton = 4;  // ours: opens the language chooser
 constexpr int kGatherDisabledFrame = 10;  // the gather button's strip ends with its dimmed frame
 
 // One bar with its panel. Both pairs live for the whole run, so their state is plain globals.

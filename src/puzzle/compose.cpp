@@ -39,7 +39,8 @@ bool SetTableTexture(PuzzleState* p, const uint8_t* texture) {
             }
         }
     }
-    if (p && HasPuzzle(p))
+    // An empty table shows the cloth as well: every view with a surface is painted again.
+    if (p)
         for (int v = 0; v < kViewCount; ++v) RepaintView(p, v, true);
     return usable;
 }

@@ -19,8 +19,8 @@ struct TableTexture {
 };
 extern TableTexture g_tableTexture;
 
-// Takes a 100 x 100 8-bit packed DIB as the cloth (a copy is kept) and, when a puzzle exists, repaints
-// every view. Anything else (or null) leaves a black cloth and returns false.
+// Takes a 100 x 100 8-bit packed DIB as the cloth (a copy is kept) and repaints every view that has a
+// surface, with or without a puzzle on it. Anything else (or null) leaves a black cloth and returns false.
 bool SetTableTexture(PuzzleState* p, const uint8_t* texture);
 
 // Clips (x, y, width, height) to the view; false when nothing is left.

@@ -72,7 +72,7 @@ case $location in
 esac
 inst=$("$wine" winepath -u "$location" </dev/null 2>/dev/null | tr -d '\r')
 [ -d "$inst" ] || e2e_fail "the install folder $inst does not exist"
-for f in Tavirel.exe about.exe Tavirel.rf Uninstall.exe Credits.txt Video/0.avi Help/1/Index.htm; do
+for f in Tavirel.exe about.exe Tavirel.rf Uninstall.exe Credits.txt Video/0.avi Music/Track1.wav Help/1/Index.htm; do
     [ -f "$inst/$f" ] || e2e_fail "$f was not installed"
 done
 [ -d "$inst/folder" ] || e2e_fail "folder\\ was not made"
@@ -144,7 +144,7 @@ uninstall() {  # options...
 echo "== silent uninstall keeps them"
 uninstall /S
 sleep 1
-for f in Tavirel.exe about.exe Tavirel.rf Uninstall.exe Credits.txt Image Video Help; do
+for f in Tavirel.exe about.exe Tavirel.rf Uninstall.exe Credits.txt Image Video Music Help; do
     [ ! -e "$inst/$f" ] || e2e_fail "$f is still there after the uninstall"
 done
 [ -z "$(shortcuts)" ] || e2e_fail "shortcuts left after the uninstall: $(shortcuts)"

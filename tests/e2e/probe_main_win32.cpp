@@ -187,6 +187,18 @@ static int Slider(const char* topClass, int x, int y) {
     return 0;
 }
 
+// Sends a getter message (no arguments) to the visible control of a class under a screen point and
+// prints its answer: the value of a volume slider, the frame of an animated button.
+static int AskControl(const char* topClass, const char* childClass, int x, int y, unsigned message) {
+    HWND child = VisibleChild(topClass, childClass, POINT{x, y});
+    if (!child) {
+        std::printf("ANSWER: none\n");
+        return 1;
+    }
+    std::printf("ANSWER: %ld\n", long(SendMessageA(child, message, 0, 0)));
+    return 0;
+}
+
 static HWND Table() {
     HWND main = VisibleTopLevel("CWNDBACK");
     return main ? GetDlgItem(main, kTableControlId) : nullptr;
@@ -465,6 +477,8 @@ int main(int argc, char** argv) {
     if (verb == "child" && argc >= 4) return Child(argv[2], argv[3]);
     if (verb == "wait-child" && argc >= 4) return WaitChild(argv[2], argv[3], argc >= 5 ? std::atoi(argv[4]) : 20);
     if (verb == "slider" && argc >= 5) return Slider(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
+    if (verb == "ask" && argc >= 7)
+        return AskControl(argv[2], argv[3], std::atoi(argv[4]), std::atoi(argv[5]), unsigned(std::atoi(argv[6])));
     if (verb == "wait-board") return WaitBoard(argc >= 3 ? std::atoi(argv[2]) : 60);
     if (verb == "plan-join") return PlanJoin();
     if (verb == "plan-loose") return PlanLoose();
@@ -487,6 +501,6 @@ int main(int argc, char** argv) {
         return 0;
     }
     std::fprintf(stderr, "usage: e2e_probe notice|windows|wait|wait-child|rect|child|slider|screen|wait-board|"
-                         "plan-join|plan-loose|pair|plan-place|state|changed|text|labels ...\n");
+                         "plan-join|plan-loose|pair|plan-place|state|changed|text|labels|ask ...\n");
     return 2;
 }

@@ -103,3 +103,16 @@ TEST(BarLayout, GatherButtonSitsInTheFreeSpaceBelowTheFourthButtonOnEveryScreen)
         ASSERT_LE(y + kPanelButtonSize, ToolsPanelRect(800, h).height - 10) << h;  // inside the panel
     }
 }
+
+// The cloth and language buttons sit in the free space at both ends, clear of the three and of the edges.
+TEST(BarLayout, TheClothAndLanguageButtonsStandInTheFreeSpaceAtBothEnds) {
+    for (int32_t width : {800, 1024, 1280, 1920}) {
+        const int32_t cloth = OptionsExtraButtonX(width, 4), language = OptionsExtraButtonX(width, 5);
+        EXPECT_GE(cloth, 10) << width;
+        EXPECT_LE(cloth + kPanelButtonSize + 10, OptionsButtonX(width, 1)) << width;
+        EXPECT_GE(language, OptionsButtonX(width, 3) + kPanelButtonSize + 10) << width;
+        EXPECT_LE(language + kPanelButtonSize + 10, width) << width;
+    }
+    EXPECT_EQ(OptionsExtraButtonX(800, 4), 57);
+    EXPECT_EQ(OptionsExtraButtonX(800, 5), 682);
+}

@@ -539,14 +539,20 @@ void MusicPanel(cairo_t* cr, int w, int h) {
     SliderTrack(cr, 181 + 18, 100 + 10, 236 + 10);
     DrawIcon(cr, kIconSpeaker, 87, 76, 20, kInkSoft);
     DrawIcon(cr, kIconMusic, 199, 76, 20, kInkSoft);
-    // The disc corner: a large engraved disc on the right.
-    cairo_arc(cr, 335, 160, 58, 0, 2 * M_PI);
-    SetColor(cr, kParchmentDark, 0.5);
+    // The four track buttons stand in a 2 x 2 block at (262, 104) .. (382, 224) on an engraved disc.
+    cairo_arc(cr, 322, 164, 78, 0, 2 * M_PI);
+    SetColor(cr, kParchmentDark, 0.45);
     cairo_fill(cr);
-    DrawIcon(cr, kIconDisc, 335, 160, 110, Scale(kBrass, 0.9));
-    cairo_arc(cr, 335, 160, 6, 0, 2 * M_PI);
-    SetColor(cr, kWalnutDark);
+    DrawIcon(cr, kIconDisc, 322, 164, 150, Scale(kBrass, 0.9));
+    cairo_arc(cr, 322, 164, 62, 0, 2 * M_PI);
+    SetColor(cr, kParchmentDark, 0.55);
     cairo_fill(cr);
+    for (int k = 0; k < 4; ++k) {
+        double x = 262 + (k % 2) * 70, y = 104 + (k / 2) * 70;
+        cairo_arc(cr, x + 25, y + 25, 24, 0, 2 * M_PI);
+        SetColor(cr, kWalnutDark, 0.45);
+        cairo_fill(cr);
+    }
 }
 
 void VideoFrame(cairo_t* cr, int w, int h) {
@@ -790,6 +796,8 @@ cairo_surface_t* DrawArtItem(const ArtEntry& entry, uint32_t id, const std::stri
     case kArtMusicButton: AnimButton(cr, kIconMusic, Hex(0x2e5f8a)); break;
     case kArtHonourButton: AnimButton(cr, kIconCup, Hex(0x8a5a1a)); break;
     case kArtGatherEdgesButton: AnimButtonWithDisabled(cr, kIconEdges, Hex(0x6e3f6a)); break;
+    case kArtLanguageButton: AnimButton(cr, kIconGlobe, Hex(0x2e7a7a)); break;
+    case kArtClothButton: AnimButton(cr, kIconCloth, kBaize); break;
     case kArtHelpButton: case kArtPanelHelpButton: AnimButton(cr, kIconHelp, Hex(0x2e5f8a)); break;
     case kArtPreviewButton: AnimButton(cr, kIconMagnifier, kEmerald); break;
     case kArtQuitButton: AnimButton(cr, kIconDoor, kRuby); break;
@@ -850,6 +858,27 @@ cairo_surface_t* DrawArtItem(const ArtEntry& entry, uint32_t id, const std::stri
     case kArtInfoNextPageButton: DrawIconCommandStrip(cr, w, h / 3, kIconArrowRight); break;
     case kArtInfoPreviousPageButton: DrawIconCommandStrip(cr, w, h / 3, kIconArrowLeft); break;
     case kArtMusicPanel: MusicPanel(cr, w, h); break;
+    case kArtTrackButton: {
+        static const uint32_t kTrackColours[4] = {0x2e5f8a, 0x8a5a1a, 0x6e3f6a, 0x8a2e3a};
+        const int k = int(id - kArtTrackButton);
+        // Each frame stands on the very pixels of the music panel under the button, so no seam shows.
+        cairo_surface_t* panel = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 420, 300);
+        cairo_t* pc = cairo_create(panel);
+        MusicPanel(pc, 420, 300);
+        cairo_destroy(pc);
+        const double bx = 262 + (k % 2) * 70, by = 104 + (k / 2) * 70;
+        for (int f = 0; f < 11; ++f) {
+            cairo_save(cr);
+            cairo_rectangle(cr, f * 50, 0, 50, 50);
+            cairo_clip(cr);
+            cairo_set_source_surface(cr, panel, f * 50 - bx, -by);
+            cairo_paint(cr);
+            cairo_restore(cr);
+        }
+        cairo_surface_destroy(panel);
+        DrawTrackButtonStrip(cr, std::to_string(k + 1), Hex(kTrackColours[k]));
+        break;
+    }
     case kArtMasterIndicator: Indicator(cr, Hex(0xf5b335), kIconSpeaker); break;
     case kArtWaveIndicator: Indicator(cr, Hex(0x4fc37a), kIconMusic); break;
     case kArtDiscIndicator: Indicator(cr, Hex(0x4f9fe0), kIconDisc); break;

@@ -737,6 +737,39 @@ void DrawIcon(cairo_t* cr, Icon icon, double cx, double cy, double size, Rgb col
         cairo_close_path(cr);
         cairo_fill(cr);
         break;
+    case kIconCloth: {
+        // A square of cloth, its top right corner folded over, a woven diagonal and a fringe below.
+        double l = cx - s * 0.62, t = cy - s * 0.62, r = cx + s * 0.62, b = cy + s * 0.42, fold = s * 0.42;
+        cairo_move_to(cr, l, t);
+        cairo_line_to(cr, r - fold, t);
+        cairo_line_to(cr, r, t + fold);
+        cairo_line_to(cr, r, b);
+        cairo_line_to(cr, l, b);
+        cairo_close_path(cr);
+        cairo_set_line_width(cr, lw * 0.8);
+        cairo_stroke(cr);
+        cairo_move_to(cr, r - fold, t);
+        cairo_line_to(cr, r - fold, t + fold);
+        cairo_line_to(cr, r, t + fold);
+        cairo_stroke(cr);
+        cairo_set_line_width(cr, lw * 0.45);
+        for (int i = 1; i <= 3; ++i) {
+            double d = i * (b - t) / 4;
+            cairo_move_to(cr, l, t + d);
+            cairo_line_to(cr, l + d, t);
+            cairo_move_to(cr, l + d, b);
+            cairo_line_to(cr, std::min(r, l + d + (b - t) - d), t + d);
+        }
+        cairo_stroke(cr);
+        cairo_set_line_width(cr, lw * 0.55);
+        for (int i = 0; i <= 6; ++i) {
+            double x = l + i * (r - l) / 6;
+            cairo_move_to(cr, x, b);
+            cairo_line_to(cr, x, b + s * 0.22);
+        }
+        cairo_stroke(cr);
+        break;
+    }
     case kIconEdges: {
         // The border of a jigsaw: a square ring of four corner pieces, flat outside, round an empty
         // middle. The ring is filled whole, then the seam in the middle of each side is cut out of it

@@ -85,6 +85,7 @@ enum Icon {
     kIconMinimise, kIconEraser, kIconFolder, kIconDisk, kIconTrash, kIconReplay, kIconGlobe, kIconBook,
     kIconFit, kIconActualSize, kIconPlay, kIconPencil, kIconStop, kIconSpeaker, kIconDisc, kIconTray,
     kIconEdges,  // the border of a jigsaw: a square ring of pieces round an empty middle
+    kIconCloth,  // a folded table cloth with a fringe
     kIconCount
 };
 void DrawIcon(cairo_t* cr, Icon icon, double cx, double cy, double size, Rgb color);

@@ -206,6 +206,38 @@ void DrawAnimButtonStrip(cairo_t* cr, Icon icon, Rgb accent, bool withDisabled) 
     if (withDisabled) DrawAnimFrame(cr, 10 * 50, 0, icon, accent, true);
 }
 
+void DrawTrackButtonStrip(cairo_t* cr, const std::string& numeral, Rgb accent) {
+    for (int f = 0; f <= 10; ++f) {
+        const double x = f * 50;
+        const int glow = f == 10 ? 9 : f;
+        if (f == 10) {
+            // The playing look: a green lamp ring round the medallion.
+            cairo_pattern_t* lamp = cairo_pattern_create_radial(x + 25, 25, 18, x + 25, 25, 25);
+            cairo_pattern_add_color_stop_rgba(lamp, 0, 0.45, 0.95, 0.5, 0.95);
+            cairo_pattern_add_color_stop_rgba(lamp, 1, 0.2, 0.7, 0.3, 0);
+            cairo_save(cr);
+            cairo_rectangle(cr, x, 0, 50, 50);
+            cairo_clip(cr);
+            cairo_set_source(cr, lamp);
+            cairo_paint(cr);
+            cairo_restore(cr);
+            cairo_pattern_destroy(lamp);
+        }
+        DrawAnimFrame(cr, x, glow, kIconCount, accent, false);
+        if (f == 10) {
+            cairo_arc(cr, x + 25, 25, 22.5, 0, 2 * M_PI);
+            cairo_set_source_rgb(cr, 0.35, 0.95, 0.45);
+            cairo_set_line_width(cr, 2.5);
+            cairo_stroke(cr);
+        }
+        const double t = glow / 9.0;
+        TextStyle shadow{kButtonFont, 24, Hex(0x000000), kTextPlain, 0, false};
+        TextStyle face{kButtonFont, 24, Mix(kCream, Hex(0xffffff), t), kTextPlain, 0, false};
+        DrawText(cr, numeral, x + 1, 1, 50, 50, shadow);
+        DrawText(cr, numeral, x, 0, 50, 50, face);
+    }
+}
+
 void DrawScrollStrip(cairo_t* cr, int w, const int zones[3]) {
     int y = 0;
     for (int zone = 0; zone < 3; ++zone) {

@@ -22,6 +22,9 @@ void DrawLampCheckStrip(cairo_t* cr, int w, int frameH, const std::string& words
 // With withDisabled an eleventh frame follows (the strip is 550 wide): the rest frame greyed and
 // dimmed, for a button that cannot be pressed now.
 void DrawAnimButtonStrip(cairo_t* cr, Icon icon, Rgb accent, bool withDisabled = false);
+// A music track's button: the ten glow frames with the track's numeral, then the look of the track that
+// plays (full glow inside a lit green ring).
+void DrawTrackButtonStrip(cairo_t* cr, const std::string& numeral, Rgb accent);
 // Zone-major scroll strip: upper arrow, track with its grip, lower arrow; 3 states each.
 void DrawScrollStrip(cairo_t* cr, int w, const int zones[3]);
 // A screen panel: walnut frame, parchment face, optional title plaque (words) on top.

@@ -31,7 +31,13 @@ std::vector<uint8_t> RenderWave(double seconds, const std::vector<Partial>& part
         v *= attack * release;
         samples[size_t(i)] = int16_t(std::lround(std::max(-1.0, std::min(1.0, v)) * 32767));
     }
-    uint32_t dataBytes = uint32_t(count) * 2;
+    return MakeWaveFile(samples, kRate);
+}
+
+}  // namespace
+
+std::vector<uint8_t> MakeWaveFile(const std::vector<int16_t>& samples, int rate) {
+    uint32_t dataBytes = uint32_t(samples.size()) * 2;
     std::vector<uint8_t> out(44 + dataBytes);
     auto put32 = [&](size_t at, uint32_t v) { std::memcpy(&out[at], &v, 4); };
     auto put16 = [&](size_t at, uint16_t v) { std::memcpy(&out[at], &v, 2); };
@@ -41,17 +47,15 @@ std::vector<uint8_t> RenderWave(double seconds, const std::vector<Partial>& part
     put32(16, 16);
     put16(20, 1);  // PCM
     put16(22, 1);  // mono
-    put32(24, kRate);
-    put32(28, kRate * 2);
+    put32(24, uint32_t(rate));
+    put32(28, uint32_t(rate) * 2);
     put16(32, 2);
     put16(34, 16);
     std::memcpy(&out[36], "data", 4);
     put32(40, dataBytes);
-    std::memcpy(&out[44], samples.data(), dataBytes);
+    if (dataBytes) std::memcpy(&out[44], samples.data(), dataBytes);
     return out;
 }
-
-}  // namespace
 
 // A light wooden tick, like a fingertip on a piece: high and very short.
 std::vector<uint8_t> MakeHoverSound() {
