@@ -411,7 +411,11 @@ TEST(PanelButtons, AtTheirPlacesFor1024x768CreatedHidden) {
                   DWORD(WS_CHILD | WS_CLIPSIBLINGS));
         EXPECT_EQ(GetParent(g_optionsPair.buttons[i]), g_optionsPair.panel);
     }
-    EXPECT_EQ(g_optionsPair.buttons[3], nullptr);
+    // Ours: the cloth button in the free space left of help, the language button right of quit.
+    ExpectPlace(g_optionsPair.buttons[kClothButton], 85, 27, 50, 50, "cloth button");
+    ExpectPlace(g_optionsPair.buttons[kLanguageButton], 878, 27, 50, 50, "language button");
+    EXPECT_EQ(GetParent(g_optionsPair.buttons[kClothButton]), g_optionsPair.panel);
+    EXPECT_EQ(GetParent(g_optionsPair.buttons[kLanguageButton]), g_optionsPair.panel);
 }
 
 TEST(PanelButtons, AtTheirPlacesFor800x600) {
