@@ -110,10 +110,8 @@ static void OpenSavedPuzzles(uint8_t mode) {
     if (OpenSavedPuzzleBrowser(mode)) g_puzzle.paused = 1;
 }
 
-// The cloth chooser over the main window; asking again while it is open does nothing.
-static void OpenClothChooserOverMainWindow() {
-    if (!CurrentClothChooser()) OpenClothChooser(g_mainWindow);
-}
+// The cloth chooser over the main window (one already open is simply kept).
+static void OpenClothChooserOverMainWindow() { OpenClothChooser(g_mainWindow); }
 
 static void OpeningFinished() {
     if (g_mainWindow) return;

@@ -11,6 +11,8 @@
 #include "app/language_chooser_win32.h"
 #include "controls/animated_button_win32.h"
 #include "controls/control_messages.h"
+#include "controls/controls_win32.h"
+#include "controls/window_drag_win32.h"
 #include "extras/mixer_rules.h"
 #include "extras/mixer_win32.h"
 #include "extras/music_win32.h"
@@ -41,8 +43,7 @@ struct MusicState {
     uint8_t* sliderBackgrounds[2];  // the panel under each slider, cut out for it
     FrameSprite indicators[3];
     int32_t indicatorFrames[3];
-    bool dragging;
-    POINT anchor;  // the pointer's screen position while the window is dragged
+    WindowDrag drag;  // the window moves with the pointer held on its background
 };
 
 MusicState* StateOf(HWND window) { return reinterpret_cast<MusicState*>(GetWindowLongPtrA(window, GWLP_USERDATA)); }
@@ -269,30 +270,6 @@ void Music_OnPaint(HWND window, MusicState* s) {
     EndPaint(window, &paint);
 }
 
-void Music_OnMouseDown(HWND window, MusicState* s) {
-    if (s->dragging) return;
-    s->dragging = true;
-    GetCursorPos(&s->anchor);
-    SetCapture(window);
-}
-
-void Music_OnMouseMove(HWND window, MusicState* s) {
-    if (!s->dragging) return;
-    POINT now;
-    GetCursorPos(&now);
-    if (now.x == s->anchor.x && now.y == s->anchor.y) return;
-    RECT at;
-    GetWindowRect(window, &at);
-    SetWindowPos(window, nullptr, at.left + now.x - s->anchor.x, at.top + now.y - s->anchor.y, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
-    s->anchor = now;
-}
-
-void Music_EndDrag(MusicState* s) {
-    if (!s->dragging) return;
-    s->dragging = false;
-    ReleaseCapture();
-}
 
 LRESULT CALLBACK Music_WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_CREATE) return Music_OnCreate(window);
@@ -300,12 +277,10 @@ LRESULT CALLBACK Music_WindowProc(HWND window, UINT message, WPARAM wParam, LPAR
     if (!s) return DefWindowProcA(window, message, wParam, lParam);
     switch (message) {
     case WM_PAINT: Music_OnPaint(window, s); return 0;
-    case WM_LBUTTONDOWN: Music_OnMouseDown(window, s); return 0;
-    case WM_MOUSEMOVE: Music_OnMouseMove(window, s); return 0;
-    case WM_LBUTTONUP: Music_EndDrag(s); return 0;
-    case WM_CAPTURECHANGED:
-        if (reinterpret_cast<HWND>(lParam) != window) s->dragging = false;
-        return 0;
+    case WM_LBUTTONDOWN: WindowDrag_Begin(&s->drag, window, MouseX(lParam), MouseY(lParam)); return 0;
+    case WM_MOUSEMOVE: WindowDrag_Move(&s->drag, window, MouseX(lParam), MouseY(lParam)); return 0;
+    case WM_LBUTTONUP: WindowDrag_End(&s->drag, window); return 0;
+    case WM_CAPTURECHANGED: WindowDrag_OnCaptureChanged(&s->drag, window, reinterpret_cast<HWND>(lParam)); return 0;
     case PM_NOTIFY: Music_OnNotify(window, s, wParam, reinterpret_cast<HWND>(lParam)); return 0;
     case MM_MIXM_CONTROL_CHANGE: Music_OnMixerChange(s, DWORD(lParam)); return 0;
     case WM_TIMER:

@@ -17,6 +17,7 @@
 #include "controls/animated_button_win32.h"
 #include "controls/control_messages.h"
 #include "controls/controls_win32.h"
+#include "controls/window_drag_win32.h"
 #include "extras/bars_win32.h"
 #include "gfx/dib.h"
 #include "gfx/thumbnail_frame_win32.h"
@@ -76,8 +77,7 @@ struct BrowserState {
     ImageObject art[BROWSER_ART_COUNT];
     HFONT nameFont, labelFont;
     int32_t width, height;    // the client area
-    bool moving;              // the window follows the pointer
-    POINT anchor;             // the pointer's last screen place while moving
+    WindowDrag drag;          // a press on the browser's own background moves it with the pointer
 };
 
 // The one browser that exists, for the delete question's answer.
@@ -490,35 +490,6 @@ void Browser_OnPrintClient(BrowserState* s, HDC dc) {
     Browser_Paint(s, dc, all);
 }
 
-// A press on the browser's own background moves the window with the pointer.
-void Browser_OnLButtonDown(BrowserState* s, int x, int y) {
-    s->anchor = POINT{x, y};
-    ClientToScreen(s->hwnd, &s->anchor);
-    s->moving = true;
-    SetCapture(s->hwnd);
-}
-
-void Browser_OnMouseMove(BrowserState* s, int x, int y) {
-    if (!s->moving) return;
-    POINT now = {x, y};
-    ClientToScreen(s->hwnd, &now);
-    if (now.x == s->anchor.x && now.y == s->anchor.y) return;
-    RECT at = {};
-    GetWindowRect(s->hwnd, &at);
-    SetWindowPos(s->hwnd, nullptr, at.left + now.x - s->anchor.x, at.top + now.y - s->anchor.y, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOOWNERZORDER | SWP_NOACTIVATE);
-    s->anchor = now;
-}
-
-void Browser_OnLButtonUp(BrowserState* s) {
-    if (!s->moving) return;
-    s->moving = false;  // before the release, whose WM_CAPTURECHANGED must find the move over
-    if (GetCapture() == s->hwnd) ReleaseCapture();
-}
-
-void Browser_OnCaptureChanged(BrowserState* s, HWND newOwner) {
-    if (newOwner != s->hwnd) s->moving = false;
-}
 
 void EnableOwner(HWND browser) {
     HWND owner = GetWindow(browser, GW_OWNER);
@@ -566,10 +537,10 @@ LRESULT CALLBACK BrowserProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
     case PM_NOTIFY: Browser_OnNotify(s, wParam, reinterpret_cast<HWND>(lParam)); return 0;
     case PM_CHILDCHAR: return Browser_OnChildChar(s, wParam);
     case WM_KEYDOWN: Browser_OnKeyDown(s, wParam); return 0;
-    case WM_LBUTTONDOWN: Browser_OnLButtonDown(s, MouseX(lParam), MouseY(lParam)); return 0;
-    case WM_MOUSEMOVE: Browser_OnMouseMove(s, MouseX(lParam), MouseY(lParam)); return 0;
-    case WM_LBUTTONUP: Browser_OnLButtonUp(s); return 0;
-    case WM_CAPTURECHANGED: Browser_OnCaptureChanged(s, reinterpret_cast<HWND>(lParam)); return 0;
+    case WM_LBUTTONDOWN: WindowDrag_Begin(&s->drag, hwnd, MouseX(lParam), MouseY(lParam)); return 0;
+    case WM_MOUSEMOVE: WindowDrag_Move(&s->drag, hwnd, MouseX(lParam), MouseY(lParam)); return 0;
+    case WM_LBUTTONUP: WindowDrag_End(&s->drag, hwnd); return 0;
+    case WM_CAPTURECHANGED: WindowDrag_OnCaptureChanged(&s->drag, hwnd, reinterpret_cast<HWND>(lParam)); return 0;
     case WM_CLOSE: Browser_OnClose(s); return 0;
     case WM_DESTROY: Browser_OnDestroy(s); return 0;
     case WM_NCDESTROY: Browser_OnNcDestroy(s); break;

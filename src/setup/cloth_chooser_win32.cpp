@@ -14,6 +14,7 @@
 #include "controls/animated_button_win32.h"
 #include "controls/control_messages.h"
 #include "controls/controls_win32.h"
+#include "controls/window_drag_win32.h"
 #include "gfx/dib.h"
 #include "gfx/image_object_win32.h"
 #include "gfx/pack.h"
@@ -45,8 +46,7 @@ struct ClothChooser {
     ImageObject closeStrip, helpStrip, previewStrip, selectorStrip;
     HWND closeButton, helpButton, preview, selector;
     int32_t index;               // the cloth on the table, 0..9
-    bool dragging;
-    POINT anchor;                // the pointer's last screen place while dragging
+    WindowDrag drag;             // a press on the panel's own background (the children take their own)
 };
 
 HWND s_chooser = nullptr;
@@ -187,36 +187,6 @@ void Chooser_OnPrintClient(ClothChooser* s, HDC dc) {
     Chooser_Paint(s, dc, &all);
 }
 
-// A press on the panel's own background (the children take their own) drags the panel.
-void Chooser_OnLButtonDown(ClothChooser* s, int x, int y) {
-    if (s->dragging) return;
-    s->dragging = true;
-    s->anchor = POINT{x, y};
-    ClientToScreen(s->hwnd, &s->anchor);
-    SetCapture(s->hwnd);
-}
-
-void Chooser_OnMouseMove(ClothChooser* s, int x, int y) {
-    if (!s->dragging) return;
-    POINT now = {x, y};
-    ClientToScreen(s->hwnd, &now);
-    if (now.x == s->anchor.x && now.y == s->anchor.y) return;
-    RECT at = {};
-    GetWindowRect(s->hwnd, &at);
-    SetWindowPos(s->hwnd, nullptr, at.left + now.x - s->anchor.x, at.top + now.y - s->anchor.y, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOOWNERZORDER | SWP_NOACTIVATE);
-    s->anchor = now;
-}
-
-void Chooser_OnLButtonUp(ClothChooser* s) {
-    if (!s->dragging) return;
-    s->dragging = false;  // before the release, whose WM_CAPTURECHANGED must find the drag over
-    if (GetCapture() == s->hwnd) ReleaseCapture();
-}
-
-void Chooser_OnCaptureChanged(ClothChooser* s, HWND newOwner) {
-    if (newOwner != s->hwnd) s->dragging = false;
-}
 
 void EnableOwner(const ClothChooser* s) {
     if (s->owner) EnableWindow(s->owner, TRUE);
@@ -259,10 +229,10 @@ LRESULT CALLBACK ClothChooserProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM
         if (reinterpret_cast<HWND>(wParam) != hwnd) InvalidateRect(hwnd, nullptr, FALSE);
         return 0;
     case PM_NOTIFY: Chooser_OnNotify(s, wParam, reinterpret_cast<HWND>(lParam)); return 0;
-    case WM_LBUTTONDOWN: Chooser_OnLButtonDown(s, MouseX(lParam), MouseY(lParam)); return 0;
-    case WM_MOUSEMOVE: Chooser_OnMouseMove(s, MouseX(lParam), MouseY(lParam)); return 0;
-    case WM_LBUTTONUP: Chooser_OnLButtonUp(s); return 0;
-    case WM_CAPTURECHANGED: Chooser_OnCaptureChanged(s, reinterpret_cast<HWND>(lParam)); return 0;
+    case WM_LBUTTONDOWN: WindowDrag_Begin(&s->drag, hwnd, MouseX(lParam), MouseY(lParam)); return 0;
+    case WM_MOUSEMOVE: WindowDrag_Move(&s->drag, hwnd, MouseX(lParam), MouseY(lParam)); return 0;
+    case WM_LBUTTONUP: WindowDrag_End(&s->drag, hwnd); return 0;
+    case WM_CAPTURECHANGED: WindowDrag_OnCaptureChanged(&s->drag, hwnd, reinterpret_cast<HWND>(lParam)); return 0;
     case WM_CLOSE: Chooser_OnClose(s); return 0;
     case WM_DESTROY: Chooser_OnDestroy(s); return 0;
     case WM_NCDESTROY: Chooser_OnNcDestroy(s); break;

@@ -59,6 +59,16 @@ std::string DescribeLog(const std::vector<LoggedMessage>& log);
 
 // Dispatches messages for about ms milliseconds (Wine's flush_events pattern).
 void PumpMessages(DWORD ms);
+// Pumps messages until the test holds or `ms` milliseconds have passed; true when it held.
+template <typename Test>
+bool PumpUntil(Test test, DWORD ms) {
+    const DWORD end = GetTickCount() + ms;
+    while (!test()) {
+        if (int(end - GetTickCount()) <= 0) return false;
+        PumpMessages(20);
+    }
+    return true;
+}
 
 // Real pointer input: SetCursorPos, then SendInput with absolute coordinates over the virtual screen,
 // then ~120 ms of message pumping so the input is delivered.

@@ -53,17 +53,6 @@ DWORD MusicStatus(DWORD item) {
     return DWORD(status.dwReturn);
 }
 
-// Pumps messages until the test holds or the time is up.
-template <typename Test>
-bool WaitFor(Test test, DWORD ms) {
-    DWORD end = GetTickCount() + ms;
-    while (!test()) {
-        if (int(end - GetTickCount()) <= 0) return false;
-        PumpMessages(20);
-    }
-    return true;
-}
-
 int OpenMciDevices() {
     char answer[32] = "";
     mciSendStringA("sysinfo all quantity open", answer, sizeof answer, nullptr);
@@ -126,7 +115,7 @@ TEST_F(MusicFixture, OwnPiecesPlayWhenNoDiscDeviceOpens) {
     EXPECT_EQ(g_musicTrack, 2);
     EXPECT_EQ(MusicStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     EXPECT_GT(MusicStatus(MCI_STATUS_LENGTH), 60000u);  // a piece of more than a minute, in milliseconds
-    EXPECT_TRUE(WaitFor([] { return MusicStatus(MCI_STATUS_POSITION) > 100; }, 5000));
+    EXPECT_TRUE(PumpUntil([] { return MusicStatus(MCI_STATUS_POSITION) > 100; }, 5000));
 }
 
 TEST_F(MusicFixture, AMissingPieceLeavesTheMusicOff) {
@@ -147,23 +136,23 @@ TEST_F(MusicFixture, AChosenTrackLoopsOnTheSuccessNotice) {
     play.dwCallback = DWORD_PTR(main);
     play.dwFrom = length - 300;
     ASSERT_EQ(mciSendCommandA(g_musicDevice, MCI_PLAY, MCI_NOTIFY | MCI_FROM, DWORD_PTR(&play)), 0u);
-    ASSERT_TRUE(WaitFor([] { return Count(MCI_NOTIFY_SUCCESSFUL); }, 5000));
+    ASSERT_TRUE(PumpUntil([] { return Count(MCI_NOTIFY_SUCCESSFUL); }, 5000));
     // The notice started the piece again from its beginning.
     EXPECT_EQ(MusicStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     EXPECT_LT(MusicStatus(MCI_STATUS_POSITION), length / 2);
-    EXPECT_TRUE(WaitFor([] { return MusicStatus(MCI_STATUS_POSITION) > 50; }, 5000));
+    EXPECT_TRUE(PumpUntil([] { return MusicStatus(MCI_STATUS_POSITION) > 50; }, 5000));
 }
 
 TEST_F(MusicFixture, ALateNoticeFromAnotherDeviceRestartsNothing) {
     ASSERT_TRUE(StartMusicTrack(3));
-    ASSERT_TRUE(WaitFor([] { return MusicStatus(MCI_STATUS_POSITION) > 400; }, 5000));
+    ASSERT_TRUE(PumpUntil([] { return MusicStatus(MCI_STATUS_POSITION) > 400; }, 5000));
     SendMessageA(main, MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, LPARAM(g_musicDevice + 1));
     EXPECT_GE(MusicStatus(MCI_STATUS_POSITION), 400u);
 }
 
 TEST_F(MusicFixture, PauseAndResumeGoOnFromWhereThePieceStopped) {
     ASSERT_TRUE(StartMusicTrack(4));
-    ASSERT_TRUE(WaitFor([] { return MusicStatus(MCI_STATUS_POSITION) > 500; }, 5000));
+    ASSERT_TRUE(PumpUntil([] { return MusicStatus(MCI_STATUS_POSITION) > 500; }, 5000));
     PauseMusic();
     EXPECT_NE(MusicStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     const DWORD at = MusicStatus(MCI_STATUS_POSITION);
@@ -194,13 +183,13 @@ TEST_F(MusicFixture, TheCompletionClipPausesTheMusicAndItsEndResumesIt) {
     EXPECT_EQ(g_videoHooks.resumeMusic, ResumeMusic);
     g_videoHooks.completionFinished = nullptr;  // the picture window is not part of this test
     ASSERT_TRUE(StartMusicTrack(2));
-    ASSERT_TRUE(WaitFor([] { return MusicStatus(MCI_STATUS_POSITION) > 300; }, 5000));
+    ASSERT_TRUE(PumpUntil([] { return MusicStatus(MCI_STATUS_POSITION) > 300; }, 5000));
     HWND video = OpenVideo(VIDEO_COMPLETION);
     ASSERT_NE(video, nullptr);
     EXPECT_NE(MusicStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     const DWORD at = MusicStatus(MCI_STATUS_POSITION);
     PostMessageA(video, WM_LBUTTONUP, 0, 0);
-    ASSERT_TRUE(WaitFor([&] { return !IsWindow(video); }, 3000));
+    ASSERT_TRUE(PumpUntil([&] { return !IsWindow(video); }, 3000));
     EXPECT_EQ(MusicStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     EXPECT_GE(MusicStatus(MCI_STATUS_POSITION) + 50, at);
     g_videoHooks = VideoHooks{};
@@ -209,12 +198,12 @@ TEST_F(MusicFixture, TheCompletionClipPausesTheMusicAndItsEndResumesIt) {
 TEST_F(MusicFixture, PrintingPausesTheMusicAndResumesIt) {
     RegisterPrintWaitClass(GetModuleHandleA(nullptr));
     ASSERT_TRUE(StartMusicTrack(3));
-    ASSERT_TRUE(WaitFor([] { return MusicStatus(MCI_STATUS_POSITION) > 300; }, 5000));
+    ASSERT_TRUE(PumpUntil([] { return MusicStatus(MCI_STATUS_POSITION) > 300; }, 5000));
     const DWORD before = MusicStatus(MCI_STATUS_POSITION);
     g_notices.clear();
     PrintWithWaitWindow(main, nullptr);
     // The pause stopped the playing stretch (its notice says so) and the resume played on from there.
-    EXPECT_TRUE(WaitFor([] { return Count(MCI_NOTIFY_ABORTED) || Count(MCI_NOTIFY_SUPERSEDED); }, 2000));
+    EXPECT_TRUE(PumpUntil([] { return Count(MCI_NOTIFY_ABORTED) || Count(MCI_NOTIFY_SUPERSEDED); }, 2000));
     EXPECT_FALSE(Count(MCI_NOTIFY_SUCCESSFUL));
     EXPECT_EQ(MusicStatus(MCI_STATUS_MODE), DWORD(MCI_MODE_PLAY));
     EXPECT_GE(MusicStatus(MCI_STATUS_POSITION), before);

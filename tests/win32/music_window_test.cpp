@@ -32,76 +32,61 @@ namespace {
 
 constexpr int32_t kPanelW = 420, kPanelH = 300;
 
-template <typename Test>
-bool WaitFor(Test test, DWORD ms) {
-    DWORD end = GetTickCount() + ms;
-    while (!test()) {
-        if (int(end - GetTickCount()) <= 0) return false;
-        PumpMessages(20);
-    }
-    return true;
-}
-
 int32_t FrameOf(HWND button) { return int32_t(SendMessageA(button, PM_ANIM_GETFRAME, 0, 0)); }
 int32_t ValueOf(HWND slider) { return int32_t(SendMessageA(slider, PM_SLD_GETVALUE, 0, 0)); }
 
-// Another program's hand on the mixer: its own handle, no notice to anyone.
-bool SetSpeakersFromElsewhere(uint32_t raw) {
-    HMIXER other = nullptr;
-    if (mixerOpen(&other, 0, 0, 0, 0) != MMSYSERR_NOERROR) return false;
-    MIXERLINEA line = {};
-    line.cbStruct = sizeof line;
-    line.dwComponentType = kSpeakersLine;
+// Another program's hand on the mixer: its own handle on the speakers' fader, no notice to anyone.
+struct OtherSpeakers {
+    HMIXER mixer = nullptr;
     MIXERCONTROLA control = {};
-    MIXERLINECONTROLSA query = {};
-    query.cbStruct = sizeof query;
-    query.dwControlType = MIXERCONTROL_CONTROLTYPE_VOLUME;
-    query.cControls = 1;
-    query.cbmxctrl = sizeof control;
-    query.pamxctrl = &control;
-    bool ok = mixerGetLineInfoA(HMIXEROBJ(other), &line, MIXER_GETLINEINFOF_COMPONENTTYPE | MIXER_OBJECTF_HMIXER) == 0;
-    query.dwLineID = line.dwLineID;
-    ok = ok && mixerGetLineControlsA(HMIXEROBJ(other), &query, MIXER_GETLINECONTROLSF_ONEBYTYPE | MIXER_OBJECTF_HMIXER) == 0;
+    bool ok = false;
+    OtherSpeakers() {
+        if (mixerOpen(&mixer, 0, 0, 0, 0) != MMSYSERR_NOERROR) return;
+        MIXERLINEA line = {};
+        line.cbStruct = sizeof line;
+        line.dwComponentType = kSpeakersLine;
+        MIXERLINECONTROLSA query = {};
+        query.cbStruct = sizeof query;
+        query.dwControlType = MIXERCONTROL_CONTROLTYPE_VOLUME;
+        query.cControls = 1;
+        query.cbmxctrl = sizeof control;
+        query.pamxctrl = &control;
+        ok = mixerGetLineInfoA(HMIXEROBJ(mixer), &line, MIXER_GETLINEINFOF_COMPONENTTYPE | MIXER_OBJECTF_HMIXER) == 0;
+        query.dwLineID = line.dwLineID;
+        ok = ok && mixerGetLineControlsA(HMIXEROBJ(mixer), &query,
+                                         MIXER_GETLINECONTROLSF_ONEBYTYPE | MIXER_OBJECTF_HMIXER) == 0;
+    }
+    ~OtherSpeakers() {
+        if (mixer) mixerClose(mixer);
+    }
+    MIXERCONTROLDETAILS Details(MIXERCONTROLDETAILS_UNSIGNED* value) const {
+        MIXERCONTROLDETAILS details = {};
+        details.cbStruct = sizeof details;
+        details.dwControlID = control.dwControlID;
+        details.cChannels = 1;
+        details.cbDetails = sizeof *value;
+        details.paDetails = value;
+        return details;
+    }
+};
+
+bool SetSpeakersFromElsewhere(uint32_t raw) {
+    OtherSpeakers other;
     MIXERCONTROLDETAILS_UNSIGNED value = {};
     value.dwValue = raw;
-    MIXERCONTROLDETAILS details = {};
-    details.cbStruct = sizeof details;
-    details.dwControlID = control.dwControlID;
-    details.cChannels = 1;
-    details.cbDetails = sizeof value;
-    details.paDetails = &value;
-    ok = ok && mixerSetControlDetails(HMIXEROBJ(other), &details, MIXER_SETCONTROLDETAILSF_VALUE | MIXER_OBJECTF_HMIXER) == 0;
-    mixerClose(other);
-    return ok;
+    MIXERCONTROLDETAILS details = other.Details(&value);
+    return other.ok &&
+           mixerSetControlDetails(HMIXEROBJ(other.mixer), &details, MIXER_SETCONTROLDETAILSF_VALUE | MIXER_OBJECTF_HMIXER) == 0;
 }
 
 bool ReadSpeakersRaw(uint32_t* raw, uint32_t* steps) {
-    HMIXER other = nullptr;
-    if (mixerOpen(&other, 0, 0, 0, 0) != MMSYSERR_NOERROR) return false;
-    MIXERLINEA line = {};
-    line.cbStruct = sizeof line;
-    line.dwComponentType = kSpeakersLine;
-    MIXERCONTROLA control = {};
-    MIXERLINECONTROLSA query = {};
-    query.cbStruct = sizeof query;
-    query.dwControlType = MIXERCONTROL_CONTROLTYPE_VOLUME;
-    query.cControls = 1;
-    query.cbmxctrl = sizeof control;
-    query.pamxctrl = &control;
-    bool ok = mixerGetLineInfoA(HMIXEROBJ(other), &line, MIXER_GETLINEINFOF_COMPONENTTYPE | MIXER_OBJECTF_HMIXER) == 0;
-    query.dwLineID = line.dwLineID;
-    ok = ok && mixerGetLineControlsA(HMIXEROBJ(other), &query, MIXER_GETLINECONTROLSF_ONEBYTYPE | MIXER_OBJECTF_HMIXER) == 0;
+    OtherSpeakers other;
     MIXERCONTROLDETAILS_UNSIGNED value = {};
-    MIXERCONTROLDETAILS details = {};
-    details.cbStruct = sizeof details;
-    details.dwControlID = control.dwControlID;
-    details.cChannels = 1;
-    details.cbDetails = sizeof value;
-    details.paDetails = &value;
-    ok = ok && mixerGetControlDetailsA(HMIXEROBJ(other), &details, MIXER_GETCONTROLDETAILSF_VALUE | MIXER_OBJECTF_HMIXER) == 0;
-    mixerClose(other);
+    MIXERCONTROLDETAILS details = other.Details(&value);
+    const bool ok = other.ok && mixerGetControlDetailsA(HMIXEROBJ(other.mixer), &details,
+                                                        MIXER_GETCONTROLDETAILSF_VALUE | MIXER_OBJECTF_HMIXER) == 0;
     *raw = value.dwValue;
-    *steps = control.Metrics.cSteps;
+    *steps = other.control.Metrics.cSteps;
     return ok;
 }
 
@@ -197,7 +182,7 @@ TEST_F(MusicWindowFixture, OpeningAndClosingNeverStartsTheMusic) {
     EXPECT_EQ(g_musicDevice, 0u);
     for (HWND button : Parts()->trackButtons) EXPECT_EQ(FrameOf(button), kButtonRestFrame);
     Click(Parts()->closeButton);
-    ASSERT_TRUE(WaitFor([&] { return !IsWindow(music); }, 2000));
+    ASSERT_TRUE(PumpUntil([&] { return !IsWindow(music); }, 2000));
     EXPECT_EQ(g_musicDevice, 0u);
 }
 
@@ -224,7 +209,7 @@ TEST_F(MusicWindowFixture, ChoosingTheTrackThatIsPlayingDoesNotRestartIt) {
     ASSERT_NE(device, 0u);
     MCI_STATUS_PARMS status = {};
     status.dwItem = MCI_STATUS_POSITION;
-    ASSERT_TRUE(WaitFor([&] {
+    ASSERT_TRUE(PumpUntil([&] {
         mciSendCommandA(g_musicDevice, MCI_STATUS, MCI_STATUS_ITEM | MCI_WAIT, DWORD_PTR(&status));
         return status.dwReturn > 600;
     }, 5000));
@@ -238,7 +223,7 @@ TEST_F(MusicWindowFixture, TheWindowReopensShowingTheTrackThatPlays) {
     Open();
     Click(Parts()->trackButtons[2]);
     Click(Parts()->closeButton);
-    ASSERT_TRUE(WaitFor([&] { return !IsWindow(music); }, 2000));
+    ASSERT_TRUE(PumpUntil([&] { return !IsWindow(music); }, 2000));
     EXPECT_NE(g_musicDevice, 0u);  // closing lets the music go on
     Open();
     EXPECT_EQ(FrameOf(Parts()->trackButtons[2]), kTrackSelectedFrame);
@@ -248,7 +233,7 @@ TEST_F(MusicWindowFixture, StopEndsTheMusicClosesAndLetsTheSameTrackStartAgain) 
     Open();
     Click(Parts()->trackButtons[0]);
     Click(Parts()->stopButton);
-    ASSERT_TRUE(WaitFor([&] { return !IsWindow(music); }, 2000));
+    ASSERT_TRUE(PumpUntil([&] { return !IsWindow(music); }, 2000));
     EXPECT_EQ(g_musicDevice, 0u);
     PauseMusic();
     ResumeMusic();
@@ -322,7 +307,7 @@ TEST_F(MusicWindowFixture, MixerVolumeChangedElsewhereMovesTheSlider) {
     SendMessageA(music, MM_MIXM_CONTROL_CHANGE, 0, LPARAM(Parts()->volumeControls[0]));
     EXPECT_EQ(ValueOf(master), 20);
     ASSERT_TRUE(SetSpeakersFromElsewhere(45874));  // 70 %
-    EXPECT_TRUE(WaitFor([&] { return ValueOf(master) == 69 || ValueOf(master) == 70; }, 2000));
+    EXPECT_TRUE(PumpUntil([&] { return ValueOf(master) == 69 || ValueOf(master) == 70; }, 2000));
 }
 
 TEST_F(MusicWindowFixture, MixerChangesWaitWhileTheSliderIsHeld) {
